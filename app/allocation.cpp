@@ -1,0 +1,13 @@
+#include "app/allocation.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+void *allocate_or_exit(std::size_t size, const char *name) {
+  void *record = std::calloc(1, size);
+  if (record == nullptr) {
+    std::printf("Could not allocat memory for %s!\n", name);
+    std::exit(1);
+  }
+  return record;
+}

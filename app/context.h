@@ -1,0 +1,72 @@
+#pragma once
+
+// The application record: settings, window and ring geometry, frame timers, the state machine and the event
+// last polled. It exists once. The main loop that drives it is declared here too (main_loop.cpp).
+
+#include <SDL.h>
+
+#include <cstdint>
+
+struct state_object;
+struct timer;
+
+enum game_mode : std::uint8_t {
+  mode_one_player = 0,   // against the CPU
+  mode_two_players = 1,  // at one keyboard
+  mode_lan = 2,          // against another machine
+};
+
+enum difficulty : int {
+  difficulty_easy = 1,
+  difficulty_hard = 2,
+};
+
+inline constexpr int screen_tick_per_frame = 33;  // frame budget in ms
+inline constexpr int ring_columns = 134;          // blocks across the ring
+inline constexpr int ring_rows = 96;              // blocks down the ring
+
+struct context_record {
+  std::uint8_t sound_on;         // 1: sound effects are played; options screen and pause menu toggle it
+  std::uint8_t game_mode;        // a game_mode; the main menu sets it
+  std::uint16_t fighter1_color;  // colour id of fighter 1, 1 or 2
+  std::uint16_t fighter2_color;  // colour id of fighter 2, 1 or 2
+  int window_width;              // pixels, as the window really came out
+  int window_height;             // pixels
+  int font_size;                 // points of the normal font
+  int unit_w;                    // pixels, width of one block of the ring
+  int unit_h;                    // pixels, height of one block of the ring
+  std::uint32_t frame_count;     // frames run so far
+  int difficulty;                // a difficulty; shown by the options screen, read by nothing else
+  int fight_time;                // s, length of a match
+  SDL_Rect ring;                 // pixels of the window
+  timer *fps_timer;              // owned; runs from the start of the loop
+  timer *cap_timer;              // owned; runs from the start of the frame
+  state_object *state_machine;   // owned
+  SDL_Event event;               // the event last polled, by whichever screen
+};
+
+// The one application record; zero-filled until context_init.
+extern context_record context;
+
+context_record *context_get();
+// The state machine of the record.
+state_object *context_state_machine();
+
+// Computes unit_w and unit_h from the window's size: the ring fills at most 80 % of either dimension with
+// whole blocks, but a block is never smaller than a pixel.
+void context_calc_units();
+// Computes the ring from the window's size and the units: centred, possibly wider than a tiny window.
+void context_calc_ring();
+
+// Turns the sound effects on or off.
+void context_toggle_sound();
+// Moves the fight time on by 15 s, from 120 s back to 60 s.
+void context_next_fight_time();
+
+// Allocates and fills the record. On failure prints what is missing, returns false, and leaves what it made
+// to context_teardown.
+bool context_init();
+// Runs frames of screen_tick_per_frame ms until the quit screen is current.
+void context_loop();
+// Unloads the current screen and releases what context_init made, also after it failed.
+void context_teardown();
