@@ -1,0 +1,237 @@
+#include "fight/game.h"
+
+#include <SDL.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <initializer_list>
+
+#include "app/allocation.h"
+#include "app/context.h"
+#include "app/state_machine.h"
+#include "app/utility.h"
+#include "fight/cpu_logic.h"
+#include "fight/fighter.h"
+#include "media/graphics.h"
+#include "media/sounds.h"
+
+namespace {
+
+constexpr int winning_score = 99;
+constexpr int end_delay = 2;  // s from the end of the match to the end screen
+
+game_state *current_game() {
+  return static_cast<game_state *>(context_state_machine()->screen);
+}
+
+// The system clock in whole seconds.
+int now_in_seconds() {
+  return static_cast<int>(std::time(nullptr));
+}
+
+// The clock goes on from time_left as of now.
+void restart_clock(game_state *game) {
+  game->end_time = now_in_seconds() + game->time_left;
+}
+
+// Input
+
+// A key that moves a fighter while it is held, in steps of its speed.
+struct movement_key {
+  SDL_Keycode key;
+  int across;
+  int down;
+};
+constexpr movement_key arrow_keys[] = {
+    {SDLK_LEFT, -1, 0}, {SDLK_RIGHT, 1, 0}, {SDLK_UP, 0, -1}, {SDLK_DOWN, 0, 1}};
+constexpr movement_key letter_keys[] = {{SDLK_a, -1, 0}, {SDLK_d, 1, 0}, {SDLK_w, 0, -1}, {SDLK_s, 0, 1}};
+
+struct controls {
+  const movement_key (&movement)[4];
+  SDL_Keycode punch;
+};
+constexpr controls right_hand = {arrow_keys, SDLK_SPACE};
+constexpr controls left_hand = {letter_keys, SDLK_TAB};
+
+// Presses add a step and releases take it back, so that opposite keys held together cancel out.
+void control_fighter(fighter *fighter, const controls &controls, const SDL_KeyboardEvent &key) {
+  const bool pressed = key.type == SDL_KEYDOWN;
+  if (pressed && key.keysym.sym == controls.punch && fighter->punch_phase == punch_none) {
+    fighter->punch_phase = punch_started;
+  }
+  for (const movement_key &movement : controls.movement) {
+    if (key.keysym.sym != movement.key) continue;
+    const int direction = pressed ? 1 : -1;
+    fighter->vel_x += direction * movement.across * fighter->speed_x;
+    fighter->vel_y += direction * movement.down * fighter->speed_y;
+  }
+}
+
+void toggle_pause(game_state *game) {
+  if (game->paused == pause_none) {
+    game->paused = pause_local;
+  } else if (game->paused == pause_local) {
+    game->paused = pause_none;
+    restart_clock(game);
+  }
+}
+
+void activate_pause_item(game_state *game) {
+  switch (game->pause_selection) {
+    case pause_item_sound:
+      context_toggle_sound();
+      break;
+    case pause_item_restart:
+      game_unload();
+      game_load(game);
+      break;
+    case pause_item_quit:
+      context_state_machine()->next_state = screen_main_menu;
+      break;
+    default:
+      break;
+  }
+}
+
+void control_pause_menu(game_state *game, SDL_Keycode key) {
+  if (key == SDLK_ESCAPE) {
+    toggle_pause(game);
+    return;
+  }
+  if (game->paused == pause_none) return;
+  game->pause_selection = move_selection(key, game->pause_selection, pause_item_sound, pause_item_quit);
+  if (key == SDLK_RETURN) activate_pause_item(game);
+}
+
+void handle_key(game_state *game, const SDL_KeyboardEvent &key) {
+  if (key.repeat != 0) return;
+  control_fighter(game->fighter1, right_hand, key);
+  if (context_get()->game_mode == mode_two_players) control_fighter(game->fighter2, left_hand, key);
+  if (key.type == SDL_KEYDOWN) control_pause_menu(game, key.keysym.sym);
+}
+
+// Rules
+
+void run_cpu(game_state *game) {
+  cpu_logic_check_state(game->cpu, game->fighter2, game->fighter1);
+  cpu_logic_state_intructions(game->cpu, game->fighter2);
+}
+
+void aim(fighter *fighter, const struct fighter *opponent) {
+  if (fighter->punch_phase < punch_half) fighter_set_punching_arm(fighter, opponent->y);
+}
+
+// Fighter 1 always goes first: when both would land in the same frame, only fighter 1 scores.
+void run_fight(game_state *game) {
+  const context_record *app = context_get();
+  fighter *first = game->fighter1;
+  fighter *second = game->fighter2;
+  fighter_move(first, second, app->ring);
+  fighter_move(second, first, app->ring);
+  aim(first, second);
+  aim(second, first);
+  fighter_punch(first, second);
+  fighter_punch(second, first);
+  fighter_flex(first, app->frame_count);
+  fighter_flex(second, app->frame_count);
+  fighter_knock_back(first);
+  fighter_knock_back(second);
+  game_set_sides(first, second);
+  game->time_left = game->end_time - now_in_seconds();
+}
+
+void turn_to(fighter *fighter, int side) {
+  const int shift = fighter_body_columns * context_get()->unit_w;
+  fighter->side = side;
+  fighter->x += side == side_left ? shift : -shift;
+}
+
+}  // namespace
+
+void game_load(game_state *game) {
+  const context_record *app = context_get();
+  game->time_left = app->fight_time;
+  restart_clock(game);
+  game->fighter1 = fighter_create(&commet_texture, 10, 10, side_left, app->fighter1_color);
+  game->fighter2 = fighter_create(&commet_texture, 86, 54, side_right, app->fighter2_color);
+  game->cpu = nullptr;
+  if (app->game_mode == mode_one_player) {
+    game->cpu = allocate_record<cpu_logic>("cpu");
+    cpu_logic_init(game->cpu);
+  }
+  game->distance = 0;
+  game->end_at = 0;
+  game->fighting = 1;
+  game->paused = pause_none;
+  game->pause_selection = pause_item_sound;
+}
+
+void game_handle_input() {
+  game_state *game = current_game();
+  SDL_Event &event = context_get()->event;
+  while (SDL_PollEvent(&event) != 0) {
+    if (game->fighting == 0) continue;
+    if (event.type == SDL_QUIT) {
+      context_state_machine()->next_state = screen_quit;
+      return;
+    }
+    if (event.type == SDL_KEYDOWN || event.type == SDL_KEYUP) handle_key(game, event.key);
+  }
+}
+
+void game_update() {
+  game_state *game = current_game();
+  if (game->paused != pause_none) {
+    restart_clock(game);
+    return;
+  }
+  game_check_for_end(game);
+  if (game->fighting == 0 && now_in_seconds() > game->end_at) {
+    context_state_machine()->next_state = screen_end;
+    return;
+  }
+  const bool against_cpu = context_get()->game_mode == mode_one_player && game->fighting == 1;
+  if (against_cpu) run_cpu(game);
+  run_fight(game);
+  if (against_cpu) game->distance = game_opponents_distance_x(game->fighter1, game->fighter2);
+}
+
+void game_unload() {
+  game_state *game = current_game();
+  fighter_destroy(&game->fighter1);
+  fighter_destroy(&game->fighter2);
+  std::free(game->cpu);
+  game->cpu = nullptr;
+}
+
+void game_check_for_end(game_state *game) {
+  if (game->fighting == 0) return;
+  const bool won = game->fighter1->score >= winning_score || game->fighter2->score >= winning_score;
+  if (!won && game->time_left > 0) return;
+  game->fighting = 0;
+  game->end_at = now_in_seconds() + end_delay;
+  for (fighter *fighter : {game->fighter1, game->fighter2}) {
+    fighter->vel_x = 0;
+    fighter->vel_y = 0;
+  }
+  sounds_play(gBell);
+}
+
+void game_set_sides(fighter *fighter1, fighter *fighter2) {
+  if (fighter1->punch_phase != punch_none || fighter2->punch_phase != punch_none) return;
+  const int left1 = fighter_get_collision_x(fighter1);
+  const int left2 = fighter_get_collision_x(fighter2);
+  if (fighter1->side == side_left && left1 > left2) {
+    turn_to(fighter1, side_right);
+    turn_to(fighter2, side_left);
+  } else if (fighter1->side == side_right && left1 < left2) {
+    turn_to(fighter1, side_left);
+    turn_to(fighter2, side_right);
+  }
+}
+
+int game_opponents_distance_x(const fighter *fighter1, const fighter *fighter2) {
+  const int blocks =
+      (fighter_get_collision_x(fighter1) - fighter_get_collision_x(fighter2)) / context_get()->unit_w;
+  return std::abs(blocks) - fighter_body_columns;
+}
