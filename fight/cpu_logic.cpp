@@ -20,11 +20,12 @@ struct velocity {
 constexpr velocity velocities[] = {{0, 0},   {0, -1}, {0, 1},  {-1, 0}, {1, 0},
                                    {-1, -1}, {1, -1}, {-1, 1}, {1, 1}};  // by cpu_direction, in steps
 
-constexpr int floor_zone = 11;  // blocks above the ring's bottom edge in which the CPU comes back up
-constexpr int nose_row = 15;    // blocks from a fighter's top down to the nose
+// Blocks above the ring's bottom edge: with both fighters in there, an attack starts upwards.
+constexpr int floor_zone = 11;
+constexpr int nose_row = 15;  // blocks from a fighter's top down to the nose
 constexpr int never_far = 1 << 30;
 
-// How eager the CPU is to punch: within `distance` blocks, once in `odds` frames; 1 is whenever aligned.
+// How eager the CPU is to punch: within `distance` blocks, once in `odds` frames.
 struct eagerness {
   int distance;
   int odds;

@@ -14,7 +14,7 @@ constexpr int flex_frames = 6;        // a flexed pose is held until the next mu
 constexpr int flex_period = 24;       // and a new one is drawn at the multiples of this
 
 // The round glove as three overlapping rectangles, in blocks from the fighter's top-left corner: the widest
-// rows, the rows around them, the outermost rows. They cover what the arm masks draw.
+// rows, the rows around them, the outermost rows. Of an extended arm they cover exactly the drawn glove.
 constexpr SDL_Rect glove_upper[3] = {{0, 2, 10, 4}, {1, 1, 8, 6}, {2, 0, 6, 8}};
 constexpr int glove_lower_offset = 24;  // blocks from the upper glove down to the lower one
 
