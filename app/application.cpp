@@ -18,6 +18,24 @@ constexpr int audio_rate = 44100;  // Hz
 constexpr int audio_channels = 2;  // stereo
 constexpr int audio_chunk = 2048;  // samples
 
+// Without a display SDL goes on by itself with its offscreen driver, where nobody would see the game or
+// could end it. That is no start, unless it was asked for.
+bool drawing_unseen() {
+  const char *driver = SDL_GetCurrentVideoDriver();
+  return SDL_GetHint(SDL_HINT_VIDEODRIVER) == nullptr && driver != nullptr &&
+         SDL_strcmp(driver, "offscreen") == 0;
+}
+
+bool start_sdl() {
+  bool started = SDL_Init(SDL_INIT_VIDEO | SDL_INIT_AUDIO) == 0;
+  if (started && drawing_unseen()) {
+    SDL_SetError("No available video device");
+    started = false;
+  }
+  if (!started) std::printf("SDL could not init! SDL Error: %s\n", SDL_GetError());
+  return started;
+}
+
 bool create_window() {
   gWindow = SDL_CreateWindow(window_title, SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, screen_width,
                              screen_height, SDL_WINDOW_SHOWN);
@@ -57,10 +75,7 @@ bool start_libraries() {
 }  // namespace
 
 bool init() {
-  if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_AUDIO) != 0) {
-    std::printf("SDL could not init! SDL Error: %s\n", SDL_GetError());
-    return false;
-  }
+  if (!start_sdl()) return false;
   if (SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "1") == SDL_FALSE) {
     std::puts("Warning: linear texture filtering is not enabled!");
   }
