@@ -1,0 +1,165 @@
+#include "fight/game.h"
+
+#include <gtest/gtest.h>
+
+#include "app/context.h"
+#include "fight/cpu_logic.h"
+#include "fight/fighter.h"
+#include "tests/support/stage.h"
+
+namespace {
+
+void run_frame() {
+  game_handle_input();
+  game_update();
+}
+
+}  // namespace
+
+TEST(game, letter_keys_belong_to_two_players_and_repeats_to_nobody) {
+  for (const int mode : {0, 1}) {
+    bare_match match(mode);
+    const fighter &first = *match.game.fighter1, &second = *match.game.fighter2;
+    for (const SDL_Keycode key : {SDLK_RIGHT, SDLK_DOWN, SDLK_SPACE, SDLK_d, SDLK_s, SDLK_TAB}) {
+      push_key(key);
+      push_key(key, SDL_KEYDOWN, 1);
+      push_key(key, SDL_KEYUP, 1);
+    }
+    game_handle_input();
+    EXPECT_EQ(std::tie(first.vel_x, first.vel_y, first.punch_phase), std::make_tuple(16, 20, 1));
+    EXPECT_EQ(std::tie(second.vel_x, second.vel_y, second.punch_phase),
+              std::make_tuple(16 * mode, 20 * mode, mode));
+    EXPECT_EQ(match.game.pause_selection, 1);
+  }
+}
+
+TEST(game, pause_menu) {
+  const struct {
+    const char *keys;
+    int paused_before, paused, selection, next_state, sound_on;
+  } cases[] = {{"E", 0, 1, 1, 0, 1},    {"EE", 0, 0, 1, 0, 1},  {"E", 2, 2, 1, 0, 1},
+               {"Ee", 0, 1, 1, 0, 1},   {"DUR", 0, 0, 1, 0, 1}, {"ED", 0, 1, 2, 0, 1},
+               {"EDDD", 0, 1, 1, 0, 1}, {"EU", 0, 1, 3, 0, 1},  {"EUU", 0, 1, 2, 0, 1},
+               {"EDdu", 0, 1, 2, 0, 1}, {"ER", 0, 1, 1, 0, 0},  {"ERR", 0, 1, 1, 0, 1},
+               {"ERrX", 0, 1, 1, 0, 0}, {"EUR", 0, 1, 3, 1, 1}, {"DDR", 2, 2, 3, 1, 1},
+               {"EDR", 0, 0, 1, 0, 1},  {"QE", 0, 0, 1, 6, 1},  {"EQ", 0, 1, 1, 6, 1}};
+  for (const auto &c : cases) {
+    bare_match match(1);
+    match.game.paused = c.paused_before;
+    push_keys(c.keys);
+    game_handle_input();
+    EXPECT_EQ(
+        std::tie(match.game.paused, match.game.pause_selection, match.machine.next_state, context.sound_on),
+        std::tie(c.paused, c.selection, c.next_state, c.sound_on))
+        << c.keys;
+  }
+}
+
+TEST(game, pause_holds_fighters_and_clock_but_not_keys) {
+  bare_match match(1);
+  const fighter &fighter = *match.game.fighter1;
+  const struct {
+    int seconds;  // since the frame before
+    const char *keys;
+    int vel_y, y, time_left;
+  } frames[] = {{20, "", 0, 130, 100},
+                {0, "ED", 20, 130, 100},
+                {10, "", 20, 130, 100},
+                {5, "E", 20, 150, 100},
+                {1, "", 20, 170, 99}};
+  for (const auto &frame : frames) {
+    world.seconds += frame.seconds;
+    push_keys(frame.keys);
+    run_frame();
+    EXPECT_EQ(std::tie(fighter.vel_y, fighter.y, match.game.time_left),
+              std::tie(frame.vel_y, frame.y, frame.time_left));
+    EXPECT_EQ(match.game.end_time, world.seconds + frame.time_left);
+  }
+}
+
+TEST(game, restart_begins_afresh) {
+  bare_match match(0);
+  const game_state &game = match.game;
+  game.cpu->plan = 3;
+  game.fighter1->score = 7;
+  game.fighter2->x = 300;
+  match.game.distance = 9;
+  context.fight_time = 75;
+  world.seconds = 2000;
+  push_keys("EDR");
+  game_handle_input();
+  EXPECT_EQ(std::tie(game.cpu->plan, game.fighter1->score, game.fighter2->x, game.distance, game.time_left,
+                     game.end_time),
+            std::make_tuple(0, 0, 476, 0, 75, 2075));
+}
+
+TEST(game, ends_at_99_points_or_at_the_end_of_time) {
+  const struct {
+    int score1, score2, time_left;
+    Uint8 sound_on;
+    int fighting, end_at, vel;
+    const char *sounds;
+  } cases[] = {{98, 98, 1, 1, 1, 0, 4, ""},        {99, 0, 1, 1, 0, 1002, 0, "bell "},
+               {0, 99, 1, 1, 0, 1002, 0, "bell "}, {0, 100, 1, 0, 0, 1002, 0, ""},
+               {0, 0, 0, 1, 0, 1002, 0, "bell "},  {0, 0, -1, 1, 0, 1002, 0, "bell "}};
+  for (const auto &c : cases) {
+    bare_match match(1);
+    fighter &first = *match.game.fighter1, &second = *match.game.fighter2;
+    context.sound_on = c.sound_on;
+    first.score = c.score1;
+    second.score = c.score2;
+    match.game.time_left = c.time_left;
+    first.vel_x = first.vel_y = second.vel_x = second.vel_y = 4;
+    game_check_for_end(&match.game);
+    game_check_for_end(&match.game);  // the bell rings once
+    EXPECT_EQ(std::tie(match.game.fighting, match.game.end_at, world.sounds),
+              std::tie(c.fighting, c.end_at, c.sounds));
+    EXPECT_EQ(std::tie(first.vel_x, first.vel_y, second.vel_x, second.vel_y),
+              std::tie(c.vel, c.vel, c.vel, c.vel));
+  }
+}
+
+TEST(game, end_screen_follows_after_two_seconds_of_dropped_events) {
+  bare_match match(1);
+  match.game.end_time = 1060;
+  const struct {
+    int seconds;
+    const char *keys;
+    int fighting, time_left, next_state;
+  } frames[] = {{1059, "", 1, 1, 0},
+                {1060, "", 1, 0, 0},
+                {1060, "", 0, 0, 0},
+                {1062, "QED", 0, -2, 0},
+                {1063, "Q", 0, -2, 4}};
+  for (const auto &frame : frames) {
+    world.seconds = frame.seconds;
+    push_keys(frame.keys);
+    run_frame();
+    EXPECT_EQ(std::tie(match.game.fighting, match.game.time_left, match.machine.next_state),
+              std::tie(frame.fighting, frame.time_left, frame.next_state));
+    EXPECT_EQ(match.game.paused | match.game.fighter1->vel_y, 0);
+  }
+}
+
+TEST(game, cpu_plays_fighter_2_until_the_end) {
+  bare_match match(0);
+  const fighter &cpu = *match.game.fighter2;
+  world.ticks = 5000;
+  world.draws = {2, 0, 0, 1, 1, 1};  // attack until 6000; this course until 5100; no punch
+  run_frame();
+  EXPECT_EQ(std::tie(cpu.x, cpu.y, match.game.distance), std::make_tuple(460, 330, 72));
+  EXPECT_TRUE(world.draws.empty());
+  match.game.time_left = 0;
+  world.ticks = 9000;
+  run_frame();  // draws nothing
+  EXPECT_EQ(std::tie(cpu.x, cpu.y), std::make_tuple(460, 330));
+}
+
+TEST(game, distance_is_what_lies_between_the_bodies) {
+  bare_match match(1);
+  for (const auto &[x2, distance] :
+       {std::pair{476, 76}, {172, 0}, {96, -19}, {57, -10}, {16, 1}, {-64, 21}}) {
+    match.game.fighter2->x = x2;  // its body 76 further right; fighter 1's at 172
+    EXPECT_EQ(game_opponents_distance_x(match.game.fighter1, match.game.fighter2), distance) << x2;
+  }
+}

@@ -1,0 +1,65 @@
+// The whole program from its entry to "Closing...".
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include "app/context.h"
+#include "app/window.h"
+#include "tests/support/stage.h"
+
+int game_main(int argc, char *argv[]);
+
+namespace {
+
+// The output of the program when some calls fail, `look` happens and the window is closed in its first frame.
+std::string run(std::map<std::string, int> failing, std::function<void()> look) {
+  world = {};
+  world.failing = failing;
+  world.on_delay = [&look] {
+    look();
+    push_keys("Q");
+  };
+  const std::string output = output_of([] { EXPECT_EQ(game_main(0, nullptr), 0); });
+  EXPECT_TRUE(gWindow == nullptr && gRenderer == nullptr && world.textures == 0);
+  return output;
+}
+
+}  // namespace
+
+TEST(start_up, sets_up_window_and_renderer_and_releases_in_order) {
+  run({}, [] {
+    SDL_BlendMode mode;
+    SDL_GetRenderDrawBlendMode(gRenderer, &mode);
+    EXPECT_EQ(mode, SDL_BLENDMODE_BLEND);
+    EXPECT_STREQ(SDL_GetWindowTitle(gWindow), "Vantaro Pugnado");
+    EXPECT_STREQ(SDL_GetHint(SDL_HINT_RENDER_SCALE_QUALITY), "1");
+  });
+  EXPECT_EQ(world.seed, 1000u);
+  EXPECT_EQ(
+      world.calls.substr(world.calls.find("TTF_CloseFont")),
+      "TTF_CloseFont TTF_CloseFont TTF_CloseFont SDL_DestroyTexture SDL_DestroyTexture SDL_DestroyTexture "
+      "SDL_DestroyTexture SDL_DestroyTexture Mix_FreeChunk Mix_FreeChunk Mix_FreeChunk SDL_DestroyRenderer "
+      "SDL_DestroyWindow TTF_Quit IMG_Quit Mix_Quit SDL_Quit ");
+}
+
+TEST(start_up, failing_call_is_reported) {
+  const std::string image = "SDL_image could not init! SDL_image error: *\n",
+                    given_up = "Failed to initialize!\n";
+  const std::string font = "SDL_ttf could not init! SDL_ttf error: *\n", no_game = "Failed to init game!\n";
+  const std::string audio = "SDL_mixer could not initialize! SDL_Mixer Error: *\n";
+  const std::pair<std::map<std::string, int>, std::string> cases[] = {
+      {{{"SDL_Init", 1}}, "SDL could not init! SDL Error: *\n" + given_up},
+      {{{"SDL_SetHint", 1}}, "Warning: linear texture filtering is not enabled!\n"},
+      {{{"SDL_CreateWindow", 1}}, "Window could not be created! SDL ERROR: *\n" + given_up},
+      {{{"SDL_CreateRenderer", 1}}, "Renderer could not be created! SDL Error: *\n" + given_up},
+      {{{"IMG_Init", 1}}, image + given_up},
+      {{{"TTF_Init", 1}}, font + given_up},
+      {{{"Mix_OpenAudio", 1}}, audio + given_up},
+      {{{"IMG_Init", 1}, {"TTF_Init", 1}, {"Mix_OpenAudio", 1}}, image + font + audio + given_up},
+      {{{"calloc", 1}}, "Could not allocate memory for timer.\n" + no_game},
+      {{{"calloc", 2}}, "Could not allocate memory for cap timer.\n" + no_game},
+      {{{"calloc", 3}}, "Could not allocate memory for state.\n" + no_game}};
+  for (const auto &[failing, lines] : cases) {
+    EXPECT_EQ(run(failing, [] {}), lines + "Closing...\n");
+  }
+}

@@ -1,0 +1,126 @@
+#include "tests/support/world.h"
+
+#include <SDL_image.h>
+#include <SDL_mixer.h>
+#include <SDL_ttf.h>
+#include <gtest/gtest.h>
+
+#include "app/window.h"
+#include "media/sounds.h"
+
+world_record world;
+
+picture read_picture() {
+  picture picture;
+  int height = 0;
+  SDL_GetRendererOutputSize(gRenderer, &picture.width, &height);
+  picture.pixels.resize(static_cast<std::size_t>(picture.width * height));
+  SDL_RenderReadPixels(gRenderer, nullptr, SDL_PIXELFORMAT_ARGB8888, picture.pixels.data(),
+                       picture.width * 4);
+  for (Uint32 &pixel : picture.pixels) pixel &= 0xFFFFFF;
+  return picture;
+}
+
+namespace {
+
+// Whether this call is to fail; puts it on record if not.
+bool fails(const std::string &function) {
+  const auto found = world.failing.find(function);
+  if (found != world.failing.end() && found->second <= 1) {
+    if (found->second == 1) world.failing.erase(found);
+    SDL_SetError("on demand");
+    return true;
+  }
+  if (found != world.failing.end()) --found->second;
+  world.calls += function + " ";
+  world.textures += (function == "SDL_CreateTextureFromSurface") - (function == "SDL_DestroyTexture");
+  return false;
+}
+
+}  // namespace
+
+// A function that fails on demand, with `failure` for its result.
+#define WRAP(type, function, failure, parameters, arguments)         \
+  type __real_##function parameters;                                 \
+  type __wrap_##function parameters {                                \
+    return fails(#function) ? failure : __real_##function arguments; \
+  }
+
+extern "C" {
+
+WRAP(void *, calloc, nullptr, (std::size_t count, std::size_t size), (count, size))
+WRAP(int, SDL_Init, -1, (Uint32 flags), (flags))
+WRAP(SDL_bool, SDL_SetHint, SDL_FALSE, (const char *name, const char *value), (name, value))
+WRAP(SDL_Window *, SDL_CreateWindow, nullptr, (const char *title, int x, int y, int w, int h, Uint32 flags),
+     (title, x, y, w, h, flags))
+WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * window, int index, Uint32 flags),
+     (window, index, flags))
+WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * renderer, SDL_Surface *surface),
+     (renderer, surface))
+WRAP(int, IMG_Init, IMG_INIT_JPG, (int flags), (flags))
+WRAP(int, TTF_Init, -1, (), ())
+WRAP(int, Mix_OpenAudio, -1, (int rate, Uint16 format, int channels, int chunk),
+     (rate, format, channels, chunk))
+WRAP(void, SDL_DestroyTexture, void(), (SDL_Texture * texture), (texture))
+WRAP(void, TTF_CloseFont, void(), (TTF_Font * font), (font))
+WRAP(void, Mix_FreeChunk, void(), (Mix_Chunk * chunk), (chunk))
+WRAP(void, SDL_DestroyRenderer, void(), (SDL_Renderer * renderer), (renderer))
+WRAP(void, SDL_DestroyWindow, void(), (SDL_Window * window), (window))
+WRAP(void, TTF_Quit, void(), (), ())
+WRAP(void, IMG_Quit, void(), (), ())
+WRAP(void, Mix_Quit, void(), (), ())
+WRAP(void, SDL_Quit, void(), (), ())
+
+int __wrap_rand() {
+  EXPECT_FALSE(world.draws.empty()) << "an unexpected random number was drawn";
+  if (world.draws.empty()) return 0;
+  const int draw = world.draws.front();
+  world.draws.pop_front();
+  return draw;
+}
+
+void __wrap_srand(unsigned seed) {
+  world.seed = seed;
+}
+
+std::time_t __wrap_time(std::time_t *) {
+  return world.seconds;
+}
+
+Uint32 __wrap_SDL_GetTicks() {
+  return world.ticks;
+}
+
+void __wrap_SDL_Delay(Uint32 milliseconds) {
+  world.delays.push_back(milliseconds);
+  world.ticks += milliseconds;
+  if (world.on_delay) world.on_delay();
+}
+
+int __wrap_Mix_PlayChannel(int channel, Mix_Chunk *chunk, int loops) {
+  EXPECT_TRUE(channel == -1 && loops == 0);
+  world.sounds += chunk == gPunchHit ? "hit "
+                  : chunk == gPunch  ? "miss "
+                  : chunk == gBell   ? "bell "
+                                     : "unknown ";
+  return 0;
+}
+
+SDL_Surface *__real_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color);
+SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color) {
+  world.texts += std::string(text) + "|";
+  return fails("TTF_RenderUTF8_Solid") ? nullptr : __real_TTF_RenderUTF8_Solid(font, text, color);
+}
+
+void __real_SDL_RenderPresent(SDL_Renderer *renderer);
+void __wrap_SDL_RenderPresent(SDL_Renderer *renderer) {
+  world.shown = read_picture();
+  __real_SDL_RenderPresent(renderer);
+}
+
+const screen_entry *__real__Z17screen_table_findi(int id);
+const screen_entry *__wrap__Z17screen_table_findi(int id) {
+  return world.find_screen != nullptr ? world.find_screen(id) : __real__Z17screen_table_findi(id);
+}
+
+}  // extern "C"
