@@ -1,0 +1,82 @@
+"""Plays a short match in a virtual display and saves a picture of every screen in build/demonstration/."""
+
+import itertools
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+
+from game_driver import Display, Game, save_picture  # noqa: E402
+from game_screens import (BIG, BLACK, DARK, PLAYER_1, PLAYER_2, RED, WHITE, clock, fighter_box,  # noqa: E402
+                          land_punch, places, shows)
+
+FOLDER = ROOT / "build" / "demonstration"
+RESTING_COLUMNS = 19  # blocks that a fighter covers across with both gloves drawn in
+
+
+def keep(picture, name):
+    print(f"  {save_picture(picture, name, FOLDER).relative_to(ROOT)}", flush=True)
+
+
+def keep_when(game, name, condition, seconds=10):
+    """Waits until the picture meets the condition, and saves it."""
+    keep(game.wait_until(name, lambda picture: condition(picture) and picture, seconds), name)
+
+
+def choose_one_minute(game):
+    """From the main menu to the options and back."""
+    game.press("Down", "Down", "Down", "Return")
+    keep_when(game, "options", lambda picture: shows(picture, "Time: 02:00", 320, DARK))
+    game.press("Down", "Down", "Return")
+    game.wait_until("a minute", lambda picture: shows(picture, "Time: 01:00", 320, DARK))
+    game.press("Escape")
+    game.wait_until("the main menu", lambda picture: shows(picture, "1 Player", 256, RED))
+
+
+def land_visible_punch(game):
+    """Punches until a picture of a hit is quick enough to show the glove still out; returns it."""
+    for _ in range(10):
+        _, picture = land_punch(game, PLAYER_1, 1, WHITE)
+        left, _, right, _ = fighter_box(picture, WHITE)
+        if right - left > RESTING_COLUMNS:
+            break
+    return picture
+
+
+def spar(game):
+    """Punches until 99 points or the clock end the match. Player 1 is the better one."""
+    better, other = (PLAYER_1, 1, WHITE), (PLAYER_2, 2, BLACK)
+    for boxer in itertools.cycle((better, better, better, other)):
+        points, picture = land_punch(game, *boxer)
+        if points >= 99 or (clock(picture) or 0) < 10:
+            return
+
+
+def play(game):
+    keep_when(game, "main_menu", lambda picture: shows(picture, "1 Player", 256, RED))
+    choose_one_minute(game)
+    game.press("Down", "Return")
+    keep_when(game, "game", lambda picture: places(picture) and clock(picture))
+    keep(land_visible_punch(game), "punch")
+    game.press("Escape")
+    keep_when(game, "pause_menu", lambda picture: shows(picture, "Press ESC to resume", 512, RED))
+    game.press("Escape")
+    print("  (the match goes on to its end, less than a minute)", flush=True)
+    spar(game)
+    keep_when(game, "end_screen", lambda picture: shows(picture, "Game Over", 32, DARK, points=BIG), 20)
+    game.press("Down", "Return")
+    game.wait_until("the main menu", lambda picture: shows(picture, "1 Player", 256, RED))
+    game.press("Up", "Return")
+
+
+def main():
+    with Display() as display, Game(display) as game:
+        game.open_window()
+        print("Pictures:", flush=True)
+        play(game)
+        return game.wait_exit().status
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,58 @@
+# shellcheck shell=bash disable=SC2034
+# Sourced by play.sh and test.sh: the Debian packages that the project needs, and how to install and build.
+
+# To build the game and to run it on a display.
+game_packages=(
+  g++ cmake ninja-build pkg-config
+  libsdl2-dev libsdl2-image-dev libsdl2-ttf-dev libsdl2-mixer-dev
+  libgl1 libgl1-mesa-dri
+)
+# To play it without one, by script.
+virtual_display_packages=(xvfb xdotool python3 python3-pil)
+# To build and run the tests besides.
+test_packages=(libgtest-dev python3-fonttools)
+
+# missing_packages PACKAGE...: prints those that are not installed.
+missing_packages() {
+  local installed package
+  installed=" $(dpkg-query -W -f='${db:Status-Status}:${Package} ' "$@" 2>/dev/null || true)"  # fails for unknown ones
+  for package in "$@"; do
+    [[ $installed == *" installed:$package "* ]] || printf '%s\n' "$package"
+  done
+}
+
+# install_packages PACKAGE...: installs what is missing, as root or through sudo. Says what, and does nothing,
+# not even a look at the network, when all is there. Elsewhere than on Debian it only names the packages.
+install_packages() {
+  if ! command -v dpkg-query >/dev/null; then
+    echo "This is no Debian system, so nothing is installed. The packages are called there: $*"
+    return 0
+  fi
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
+  if ((${#missing[@]} == 0)); then return 0; fi
+
+  local as_root=()
+  if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+      echo "These packages are missing; install them as root: apt-get install ${missing[*]}" >&2
+      return 1
+    fi
+    as_root=(sudo)
+  fi
+  local apt_get=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
+  echo "Installing ${missing[*]}; this may take minutes"
+  "${apt_get[@]}" update && "${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build_preset NAME: configures and builds a CMake preset; quiet when it is up to date.
+build_preset() {
+  local log
+  if ! log=$(cmake --preset "$1" 2>&1); then
+    printf '%s\n' "$log" >&2
+    return 1
+  fi
+  if [[ $(ninja -C "build/$1" -n) == *"no work to do"* ]]; then return 0; fi
+  echo "Building build/$1"
+  cmake --build --preset "$1"
+}
