@@ -1,0 +1,21 @@
+#!/bin/bash
+# Builds and runs the measurements: what a frame costs, then whether ten minutes of play leave memory as it
+# was. Without a display, the accelerated renderer is measured on a virtual one if Xvfb is installed.
+
+set -euo pipefail
+cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/.."
+# shellcheck source=tools/setup.sh
+source tools/setup.sh
+
+install_packages "${game_packages[@]}" libbenchmark-dev
+build_preset bench
+
+if [[ -z ${DISPLAY:-} ]] && command -v Xvfb >/dev/null; then
+  coproc xvfb { exec Xvfb -displayfd 1 -screen 0 1024x768x24 2>/dev/null; }
+  server=$!
+  trap 'kill "$server"; wait "$server" || true' EXIT
+  read -r display <&"${xvfb[0]}"
+  export DISPLAY=:$display
+fi
+build/bench/bench/frame_benchmark
+build/bench/bench/soak
