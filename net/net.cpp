@@ -1,0 +1,196 @@
+#include "net/net.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+
+#include "net/net_socket.h"
+
+network_record netInfo;
+socket_handle socket_in_out = socket_none;
+sockaddr_in communicationAddr;
+sockaddr_in bindAddr;
+sockaddr_in fromAddr;
+sockaddr_in toAddr;
+socket_length len;
+
+namespace {
+
+constexpr const char *group_address = "239.1.1.1";
+constexpr std::uint16_t game_port = 5555;
+constexpr std::int32_t default_fight_time = 120;  // s
+
+// Prints `line` and the error code of a step that has failed. Returns whether it was done.
+bool report(bool done, const char *line) {
+  if (!done) std::printf("%s %d\n", line, socket_last_error());
+  return done;
+}
+
+void reset_record() {
+  netInfo = {};
+  std::strncpy(netInfo.ip_address, group_address, sizeof netInfo.ip_address - 1);
+  netInfo.ip_type = ip_type_v4;
+  netInfo.port = game_port;
+  netInfo.fight_time = default_fight_time;
+  netInfo.fighter1_color = 1;
+  netInfo.fighter2_color = 2;
+}
+
+// `address` in network byte order.
+sockaddr_in socket_address(std::uint32_t address) {
+  sockaddr_in result = {};
+  result.sin_family = AF_INET;
+  result.sin_addr.s_addr = address;
+  result.sin_port = htons(netInfo.port);
+  return result;
+}
+
+bool join_group() {
+  return report(socket_join_group(socket_in_out, communicationAddr.sin_addr),
+                "Setsockopt add multicast membership failed -") &&
+         report(socket_set_option(socket_in_out, IPPROTO_IP, IP_MULTICAST_LOOP, 0),
+                "Setsockopt multicast loopback disable failed -");
+}
+
+// The address of a net_destination; null for a peer that is not there.
+const sockaddr_in *address_of(char destination) {
+  if (destination == to_group) return &communicationAddr;
+  if (destination == to_sender) return &fromAddr;
+  return net_validate_ip4(netInfo.peer_ip) == 1 ? &toAddr : nullptr;
+}
+
+bool is_destination(char code) {
+  return code == to_group || code == to_peer || code == to_sender;
+}
+
+bool is_digit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+// Whether the peer was last heard from more than `limit` ms before `now`.
+bool unheard_for(std::uint32_t limit, std::uint32_t now) {
+  return static_cast<std::uint32_t>(netInfo.heartbeat) + limit < now;
+}
+
+}  // namespace
+
+bool net_start_library() {
+  return socket_start();
+}
+
+int net_init(int mode) {
+  reset_record();
+  // A socket that could not be made shows in the first option.
+  socket_in_out = socket_open();
+  if (!report(socket_set_option(socket_in_out, SOL_SOCKET, SO_REUSEADDR, 1),
+              "Setsockopt reuseaddr permission failed -")) {
+    return 0;
+  }
+  if (!report(socket_set_option(socket_in_out, SOL_SOCKET, SO_BROADCAST, 0),
+              "Setsockopt broadcast permission failed -")) {
+    return 0;
+  }
+  communicationAddr = socket_address(inet_addr(netInfo.ip_address));
+  bindAddr = socket_address(htonl(INADDR_ANY));
+  if (mode == net_mode_multicast && !join_group()) return 0;
+  return report(socket_bind(socket_in_out, bindAddr), "Bind() failed -") ? 1 : 0;
+}
+
+int net_close() {
+  const int result = socket_close(socket_in_out);
+  socket_in_out = socket_none;
+  return result;
+}
+
+void net_setup_p2p_struct() {
+  toAddr = socket_address(inet_addr(netInfo.peer_ip));
+}
+
+void net_reset_peer_info() {
+  toAddr = {};
+  std::memset(netInfo.peer_username, 0, sizeof netInfo.peer_username);
+  std::memset(netInfo.peer_ip, 0, sizeof netInfo.peer_ip);
+  netInfo.fight_time = default_fight_time;
+  netInfo.guest_joined = 0;
+  netInfo.received_msg_number = 0;
+  netInfo.sent_msg_number = 0;
+  netInfo.heartbeat = 0;
+}
+
+void net_clear_room_id() {
+  std::memset(netInfo.room_id, 0, room_id_length + 1);
+}
+
+int net_send_udp_abstract(char destination, const char *buffer, int count) {
+  if (!is_destination(destination)) {
+    std::puts("Unkown destination type!");
+    return 0;
+  }
+  if (netInfo.ip_type != ip_type_v4) {
+    std::puts("Unknown IP version");
+    return 0;
+  }
+  const sockaddr_in *address = address_of(destination);
+  const bool sent = address != nullptr && socket_send(socket_in_out, buffer, count, *address) == count;
+  if (!report(sent, "Error in sending data -")) return 0;
+  ++netInfo.sent_msg_number;
+  return 1;
+}
+
+int net_receive_udp(char *buffer, int size) {
+  len = sizeof fromAddr;
+  std::memset(buffer, 0, static_cast<std::size_t>(size));
+  const int most = std::min(datagram_size, size - 1);
+  const int received = socket_receive(socket_in_out, buffer, most, &fromAddr, &len);
+  if (!report(received >= 0, "Error receiving-")) return receive_failed;
+  buffer[received] = '\0';
+  return received;
+}
+
+int net_check_descriptor(int seconds, int microseconds, int which) {
+  const int ready = socket_wait(socket_in_out, which, seconds, microseconds);
+  return report(ready >= 0, "Code 25, select failed -") ? ready : 0;
+}
+
+const char *net_get_sender_ip() {
+  return netInfo.ip_type == ip_type_v4 ? inet_ntoa(fromAddr.sin_addr) : nullptr;
+}
+
+int net_sender_ip_match(const char *text) {
+  return text != nullptr && std::strcmp(text, netInfo.peer_ip) == 0 ? 1 : 0;
+}
+
+int net_room_ids_match(const char *a, const char *b) {
+  if (a == nullptr || b == nullptr || std::strlen(a) != room_id_length) return 0;
+  return std::strcmp(a, b) == 0 ? 1 : 0;
+}
+
+int net_validate_ip4(const char *text) {
+  if (text == nullptr) return 0;
+  int dots = 0;
+  int digits = 0;  // of the number now read
+  int value = 0;   // of the number now read
+  for (; *text != '\0'; ++text) {
+    if (is_digit(*text)) {
+      if (digits > 0 && value == 0) return 0;
+      value = value * 10 + (*text - '0');
+      ++digits;
+      if (value > 255) return 0;
+    } else {
+      if (*text != '.' || digits == 0) return 0;
+      ++dots;
+      digits = 0;
+      value = 0;
+    }
+  }
+  return dots == 3 && digits > 0 ? 1 : 0;
+}
+
+bool net_peer_silent(std::uint32_t now) {
+  return unheard_for(peer_silent_after, now);
+}
+
+bool net_peer_lost(std::uint32_t now) {
+  return unheard_for(peer_lost_after, now);
+}
