@@ -22,6 +22,12 @@ enum net_mode : int {
   net_mode_multicast = 2,  // join the group
 };
 
+// What the socket can be ready for.
+enum net_readiness : int {
+  net_readable = 1,
+  net_writable = 2,
+};
+
 enum net_destination : char {
   to_group = 'a',
   to_peer = 'b',    // the address that net_setup_p2p_struct took, while peer_ip is a valid one
@@ -72,8 +78,8 @@ int net_send_udp_abstract(char destination, const char *buffer, int count);
 // that a receive_buffer_size buffer always holds a text. Returns the bytes received; after a failure prints a
 // line and returns receive_failed with the buffer empty.
 int net_receive_udp(char *buffer, int size);
-// Waits at most the given time until the socket is ready. `which`: 1 for reading, 2 for writing, 3 for
-// either. Returns the sum of those it is ready for; 0 when the time has passed and, with a line, on failure.
+// Waits at most the given time until the socket is ready for one of `which`, a sum of net_readiness. Returns
+// the sum of those it is ready for; 0 when the time has passed and, with a line, on failure.
 int net_check_descriptor(int seconds, int microseconds, int which);
 
 // The dotted address that the last datagram came from, valid until the next call; null unless ip_type is

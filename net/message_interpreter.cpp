@@ -1,0 +1,224 @@
+#include "net/message_interpreter.h"
+
+#include <SDL.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "app/context.h"
+#include "app/state_machine.h"
+#include "fight/fighter.h"
+#include "fight/game_state.h"
+#include "net/message_reader.h"
+#include "net/messages.h"
+#include "net/net.h"
+#include "net/peer_list.h"
+#include "screens/lan_room.h"
+
+namespace {
+
+lan_menu_state *current_lobby() {
+  return static_cast<lan_menu_state *>(context_state_machine()->screen);
+}
+
+game_state *current_game() {
+  return static_cast<game_state *>(context_state_machine()->screen);
+}
+
+bool showing(int screen) {
+  return context_state_machine()->current_state == screen;
+}
+
+bool sender_is_peer() {
+  return net_sender_ip_match(net_get_sender_ip()) != 0;
+}
+
+bool room_matches(const message &message) {
+  return net_room_ids_match(message.room_id, netInfo.room_id) != 0;
+}
+
+void peer_was_heard() {
+  netInfo.heartbeat = static_cast<int>(SDL_GetTicks());
+}
+
+// Cut to the destination, which is cleared first.
+template <std::size_t size>
+void copy_text(char (&destination)[size], const char *text) {
+  std::memset(destination, 0, size);
+  std::snprintf(destination, size, "%s", text);
+}
+
+// The settings of the room that this guest has joined, as its host announces them.
+void follow_host(const message &message) {
+  copy_text(netInfo.peer_username, message.name);
+  copy_text(netInfo.username, message.guest_name);
+  netInfo.fight_time = message.fight_time;
+  lan_load_time_texture(netInfo.fight_time);
+  if (message.fighter1_color != netInfo.fighter1_color) {
+    netInfo.fighter1_color = message.fighter1_color;
+    netInfo.fighter2_color = message.fighter2_color;
+    lan_set_players_color(netInfo.fighter1_color, netInfo.fighter2_color);
+  }
+  peer_was_heard();
+}
+
+void apply_announcement(const message &message, const char *text) {
+  char sender[16];
+  copy_text(sender, net_get_sender_ip());
+  update_peer_list(text, sender, message.room_id, &creatorList);
+  update_peer_heartbeat(SDL_GetTicks(), message.room_id, creatorList);
+  if (room_matches(message)) follow_host(message);
+}
+
+// The first to come is the guest, whatever room it names; from then on only the guest is listened to.
+void apply_joined(const message &message, const char *) {
+  if (netInfo.guest_joined != 1) {
+    copy_text(netInfo.peer_username, message.name);
+    copy_text(netInfo.peer_ip, net_get_sender_ip());
+    peer_was_heard();
+    netInfo.guest_joined = 1;
+  } else if (room_matches(message) && sender_is_peer()) {
+    peer_was_heard();
+  }
+}
+
+void apply_start(const message &message, const char *) {
+  netInfo.fighter1_color = message.fighter1_color;
+  netInfo.fighter2_color = message.fighter2_color;
+  net_setup_p2p_struct();
+  messages_starting_game_ack();
+  context_state_machine()->next_state = screen_game;
+}
+
+void apply_start_ack(const message &, const char *) {
+  context_state_machine()->next_state = screen_game;
+  current_lobby()->start_requested = 0;
+}
+
+// Drops what is older than, or as old as, what was accepted last.
+bool is_news(const message &message) {
+  const std::uint32_t counter = static_cast<std::uint32_t>(message.counter);
+  if (netInfo.received_msg_number >= counter) return false;
+  netInfo.received_msg_number = counter;
+  return true;
+}
+
+// A pause crosses over mirrored. One made on this machine is never lifted by the peer.
+void follow_pause(game_state *game, int peer_paused) {
+  if (game->paused == pause_none && peer_paused == pause_local) game->paused = pause_by_peer;
+  if (game->paused == pause_by_peer && peer_paused == pause_none) game->paused = pause_none;
+}
+
+void follow_fighter(fighter *fighter, const fighter_report &report) {
+  fighter_set_pos_from_unit(report.unit_x, report.unit_y, fighter);
+  fighter->side = report.side;
+  fighter->punch_phase = report.punch_phase;
+  fighter->punching_arm = report.punching_arm;
+  fighter->punch_frames = report.punch_frames;
+  fighter->knock_frames = report.knock_frames;
+  fighter->flex_pose = report.flex_pose;
+  fighter->score = report.score;
+}
+
+void apply_game_state(const message &message, const char *) {
+  if (!is_news(message)) return;
+  game_state *game = current_game();
+  follow_fighter(game->fighter1, message.fighter1);
+  follow_fighter(game->fighter2, message.fighter2);
+  game->time_left = message.time_left;
+  follow_pause(game, message.paused);
+  peer_was_heard();
+}
+
+void apply_key_press(const message &message, const char *) {
+  if (!is_news(message)) return;
+  game_state *game = current_game();
+  game->fighter2->vel_x = message.vel_x;
+  game->fighter2->vel_y = message.vel_y;
+  if (game->fighter2->punch_phase == punch_none && message.punch_phase == punch_started) {
+    game->fighter2->punch_phase = punch_started;
+  }
+  follow_pause(game, message.paused);
+  peer_was_heard();
+}
+
+void apply_kick(const message &message, const char *) {
+  lan_leave_host_room(message.room_id);
+}
+
+void apply_cancel(const message &message, const char *) {
+  delete_peer_from_list(&creatorList, message.room_id);
+  lan_leave_host_room(message.room_id);
+}
+
+void apply_leave(const message &, const char *) {
+  if (showing(screen_lan)) {
+    lan_forget_peer();
+    return;
+  }
+  net_reset_peer_info();
+  if (context_get()->game_mode == mode_lan) context_state_machine()->next_state = screen_end;
+}
+
+// When a message is taken in.
+enum screens : int { lobby, match, lobby_or_match };
+enum role : int { any_role, host_of_room, host_of_none, waiting_for_start };
+enum sender : int { anyone, peer };
+enum room : int { any_room, own_room, own_room_text };  // the latter by comparing texts alone
+struct handler {
+  char letter;
+  enum screens screens;
+  enum role role;
+  enum sender sender;
+  enum room room;
+  void (*apply)(const message &message, const char *text);
+};
+constexpr handler handlers[] = {
+    {message_game_create, lobby, host_of_none, anyone, any_room, apply_announcement},
+    {message_joined_game, lobby, host_of_room, anyone, any_room, apply_joined},
+    {message_starting_game, lobby, any_role, peer, own_room, apply_start},
+    {message_starting_game_ack, lobby, waiting_for_start, peer, own_room, apply_start_ack},
+    {message_game_state, match, any_role, peer, own_room, apply_game_state},
+    {message_key_press, match, any_role, peer, own_room_text, apply_key_press},
+    {message_kick_game, lobby, host_of_none, peer, any_room, apply_kick},
+    {message_cancel_game, lobby, any_role, anyone, any_room, apply_cancel},
+    {message_leave_game, lobby_or_match, any_role, peer, own_room, apply_leave},
+};
+
+bool screen_fits(enum screens wanted) {
+  return (wanted != match && showing(screen_lan)) || (wanted != lobby && showing(screen_game));
+}
+
+bool role_fits(enum role wanted) {
+  switch (wanted) {
+    case host_of_room:
+      return netInfo.is_host == 1;
+    case host_of_none:
+      return netInfo.is_host == 0;
+    case waiting_for_start:
+      return current_lobby()->start_requested == 1;
+    default:
+      return true;
+  }
+}
+
+bool room_fits(enum room wanted, const message &message) {
+  if (wanted == own_room) return room_matches(message);
+  return wanted == any_room || std::strcmp(message.room_id, netInfo.room_id) == 0;
+}
+
+void take_in(const handler &handler, const char *text) {
+  if (!screen_fits(handler.screens) || !role_fits(handler.role)) return;
+  if (handler.sender == peer && !sender_is_peer()) return;
+  message message;
+  if (message_read(text, &message) && room_fits(handler.room, message)) handler.apply(message, text);
+}
+
+}  // namespace
+
+void interpret_message(const char *text, [[maybe_unused]] int length) {
+  for (const handler &handler : handlers) {
+    if (handler.letter == text[0]) take_in(handler, text);
+  }
+}

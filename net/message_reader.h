@@ -1,0 +1,42 @@
+#pragma once
+
+// Reads a datagram's text into a record of its message, or refuses it. Reading looks at nothing but the text
+// and changes nothing; what a message means here and now is the interpreter's.
+
+#include <cstdint>
+
+// A fighter's state as the host tells it.
+struct fighter_report {
+  int unit_x;  // blocks from the ring's left edge
+  int unit_y;  // blocks from the ring's top edge
+  int side;
+  int punch_phase;
+  int punching_arm;
+  int punch_frames;
+  int knock_frames;
+  int flex_pose;
+  int score;
+};
+
+// Every value that some message carries; a message fills those of its letter and leaves the others zero.
+struct message {
+  char letter;                   // a message_letter
+  char room_id[20];              // every message
+  char name[11];                 // room announcement: the host; joined game: the guest
+  char guest_name[11];           // room announcement; empty while there is no guest
+  int fight_time;                // s; room announcement
+  std::uint16_t fighter1_color;  // colour id; room announcement, starting game
+  std::uint16_t fighter2_color;
+  int counter;              // game state, key press: the sender's message counter
+  fighter_report fighter1;  // game state
+  fighter_report fighter2;
+  int time_left;    // s; game state
+  int vel_x;        // pixels per frame; key press
+  int vel_y;        // pixels per frame; key press
+  int punch_phase;  // key press
+  int paused;       // a pause_value as the sender sees it; game state, key press
+};
+
+// Reads the NUL-terminated `text`. False for an unknown letter, for fewer tokens than the message's layout,
+// and for a match message with a number that no match can produce; tokens past the layout are not looked at.
+bool message_read(const char *text, message *message);
