@@ -12,6 +12,10 @@ state_object *context_state_machine() {
   return context.state_machine;
 }
 
+network_record *context_net_info() {
+  return context.net_info;
+}
+
 void context_toggle_sound() {
   context.sound_on = context.sound_on == 0 ? 1 : 0;
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+struct network_record;
 struct state_object;
 struct timer;
 
@@ -42,6 +43,7 @@ struct context_record {
   timer *fps_timer;              // owned; runs from the start of the loop
   timer *cap_timer;              // owned; runs from the start of the frame
   state_object *state_machine;   // owned
+  network_record *net_info;      // not owned; null unless the network is open
   SDL_Event event;               // the event last polled, by whichever screen
 };
 
@@ -51,6 +53,8 @@ extern context_record context;
 context_record *context_get();
 // The state machine of the record.
 state_object *context_state_machine();
+// The network record; null unless the network is open.
+network_record *context_net_info();
 
 // Computes unit_w and unit_h from the window's size: the ring fills at most 80 % of either dimension with
 // whole blocks, but a block is never smaller than a pixel.

@@ -13,6 +13,7 @@
 #include "app/window.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
+#include "net/net.h"
 
 namespace {
 
@@ -46,6 +47,10 @@ void run() {
 }  // namespace
 
 int main(int argc, char *argv[]) {
+  if (!net_start_library()) {
+    std::puts("WS could not be init");
+    return 1;
+  }
   read_window_size(argc, argv);
   std::srand(static_cast<unsigned>(std::time(nullptr)));
   if (init()) {

@@ -1,7 +1,8 @@
-// The start, the frames and the end of the application record.
+// The start, the frames and the end of the application record, with the network's share in each.
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -9,6 +10,9 @@
 #include "app/state_machine.h"
 #include "app/timer.h"
 #include "app/window.h"
+#include "net/message_interpreter.h"
+#include "net/messages.h"
+#include "net/net.h"
 
 namespace {
 
@@ -17,6 +21,20 @@ bool allocate(record **destination, const char *failure_line) {
   *destination = static_cast<record *>(std::calloc(1, sizeof(record)));
   if (*destination == nullptr) std::puts(failure_line);
   return *destination != nullptr;
+}
+
+bool open_network() {
+  if (net_init(net_mode_multicast) == 0) {
+    std::puts("Could not initiate networking stack.");
+    return false;
+  }
+  context.net_info = &netInfo;
+  return true;
+}
+
+void close_network() {
+  context.net_info = nullptr;
+  net_close();
 }
 
 void fill_settings() {
@@ -35,6 +53,47 @@ void fill_geometry() {
   context_calc_ring();
 }
 
+// What one side of a LAN match takes in during a frame: the peer's controls on the host, the host's match on
+// the guest.
+struct drain {
+  char counted_letter;  // the peer's message once per frame
+  bool waits;           // until shortly before the frame is over, so that the guest keeps the host's pace
+};
+constexpr drain host_drain = {message_key_press, false};
+constexpr drain guest_drain = {message_game_state, true};
+constexpr int drain_limit = 2;   // counted messages read per frame, so that a backlog shrinks
+constexpr int render_time = 10;  // ms of the frame that waiting leaves to the rendering
+
+bool in_lan_match(bool as_host) {
+  return context.state_machine->current_state == screen_game && context.game_mode == mode_lan &&
+         (netInfo.is_host != 0) == as_host;
+}
+
+// ms that a drain may still wait in this frame.
+int wait_left(const drain &drain) {
+  if (!drain.waits) return 0;
+  const int spent = static_cast<int>(timer_get_ticks(context.cap_timer));
+  return std::max(screen_tick_per_frame - spent - render_time, 0);
+}
+
+// Reads what has arrived and interprets the datagram read last, if a counted one or a leave message was
+// among them. Anything else is read and dropped.
+void drain_socket(const drain &drain) {
+  char buffer[receive_buffer_size];
+  int length = 0;
+  int counted = 0;
+  while (counted < drain_limit) {
+    if ((net_check_descriptor(0, wait_left(drain) * 1000, net_readable) & net_readable) == 0) break;
+    length = net_receive_udp(buffer, sizeof buffer);
+    if (buffer[0] == message_leave_game) {
+      counted = 1;
+      break;
+    }
+    if (buffer[0] == drain.counted_letter) ++counted;
+  }
+  if (counted != 0) interpret_message(buffer, length);
+}
+
 // Sleeps out the rest of the frame. A frame over its budget is not made up for later.
 void cap_frame() {
   const int spent = static_cast<int>(timer_get_ticks(context.cap_timer));
@@ -44,8 +103,10 @@ void cap_frame() {
 void run_frame(state_object *state) {
   timer_start(context.cap_timer);
   state->handle_input();
+  if (in_lan_match(true)) drain_socket(host_drain);
   state->update();
   state_change(state);
+  if (in_lan_match(false)) drain_socket(guest_drain);
   state->render();
   ++context.frame_count;
   cap_frame();
@@ -57,6 +118,7 @@ bool context_init() {
   if (!allocate(&context.fps_timer, "Could not allocate memory for timer.")) return false;
   if (!allocate(&context.cap_timer, "Could not allocate memory for cap timer.")) return false;
   if (!allocate(&context.state_machine, "Could not allocate memory for state.")) return false;
+  if (!open_network()) return false;
   timer_init(context.fps_timer);
   timer_init(context.cap_timer);
   state_init(context.state_machine);
@@ -85,4 +147,5 @@ void context_teardown() {
   std::free(context.cap_timer);
   context.fps_timer = nullptr;
   context.cap_timer = nullptr;
+  close_network();
 }
