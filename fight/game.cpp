@@ -14,11 +14,14 @@
 #include "fight/fighter.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
+#include "net/messages.h"
+#include "net/net.h"
 
 namespace {
 
 constexpr int winning_score = 99;
-constexpr int end_delay = 2;  // s from the end of the match to the end screen
+constexpr int end_delay = 2;        // s from the end of the match to the end screen
+constexpr int goodbye_repeats = 3;  // copies of the leave message, since nobody answers it
 
 game_state *current_game() {
   return static_cast<game_state *>(context_state_machine()->screen);
@@ -32,6 +35,39 @@ int now_in_seconds() {
 // The clock goes on from time_left as of now.
 void restart_clock(game_state *game) {
   game->end_time = now_in_seconds() + game->time_left;
+}
+
+// LAN match
+
+bool in_lan_match() {
+  return context_get()->game_mode == mode_lan;
+}
+
+// The guest mirrors the host's match and runs none of its own.
+bool is_guest() {
+  return in_lan_match() && netInfo.is_host == 0;
+}
+
+bool is_host() {
+  return in_lan_match() && netInfo.is_host != 0;
+}
+
+bool peer_reachable() {
+  return net_validate_ip4(netInfo.peer_ip) != 0;
+}
+
+bool peer_silent() {
+  return in_lan_match() && net_peer_silent(SDL_GetTicks());
+}
+
+void check_for_lost_peer() {
+  if (!in_lan_match() || !net_peer_lost(SDL_GetTicks())) return;
+  context_state_machine()->next_state = screen_end;
+  net_reset_peer_info();
+}
+
+void tell_peer_goodbye() {
+  for (int i = 0; i < goodbye_repeats; ++i) messages_leave_game();
 }
 
 // Input
@@ -82,10 +118,12 @@ void activate_pause_item(game_state *game) {
       context_toggle_sound();
       break;
     case pause_item_restart:
+      if (in_lan_match()) break;  // the match is not this player's alone
       game_unload();
       game_load(game);
       break;
     case pause_item_quit:
+      if (in_lan_match()) tell_peer_goodbye();
       context_state_machine()->next_state = screen_main_menu;
       break;
     default:
@@ -105,7 +143,7 @@ void control_pause_menu(game_state *game, SDL_Keycode key) {
 
 void handle_key(game_state *game, const SDL_KeyboardEvent &key) {
   if (key.repeat != 0) return;
-  control_fighter(game->fighter1, right_hand, key);
+  control_fighter(is_guest() ? game->fighter2 : game->fighter1, right_hand, key);
   if (context_get()->game_mode == mode_two_players) control_fighter(game->fighter2, left_hand, key);
   if (key.type == SDL_KEYDOWN) control_pause_menu(game, key.keysym.sym);
 }
@@ -140,6 +178,21 @@ void run_fight(game_state *game) {
   game->time_left = game->end_time - now_in_seconds();
 }
 
+// A frame of a match that is not paused. False when it has been over for long enough: the end screen is
+// asked for then.
+bool run_match(game_state *game) {
+  game_check_for_end(game);
+  if (game->fighting == 0 && now_in_seconds() > game->end_at) {
+    context_state_machine()->next_state = screen_end;
+    return false;
+  }
+  const bool against_cpu = context_get()->game_mode == mode_one_player && game->fighting == 1;
+  if (against_cpu) run_cpu(game);
+  if (!is_guest()) run_fight(game);
+  if (against_cpu) game->distance = game_opponents_distance_x(game->fighter1, game->fighter2);
+  return true;
+}
+
 void turn_to(fighter *fighter, int side) {
   const int shift = fighter_body_columns * context_get()->unit_w;
   fighter->side = side;
@@ -152,8 +205,11 @@ void game_load(game_state *game) {
   const context_record *app = context_get();
   game->time_left = app->fight_time;
   restart_clock(game);
-  game->fighter1 = fighter_create(&commet_texture, 10, 10, side_left, app->fighter1_color);
-  game->fighter2 = fighter_create(&commet_texture, 86, 54, side_right, app->fighter2_color);
+  const bool lan = in_lan_match();  // where the lobby's colours hold, not the options screen's
+  game->fighter1 =
+      fighter_create(&commet_texture, 10, 10, side_left, lan ? netInfo.fighter1_color : app->fighter1_color);
+  game->fighter2 =
+      fighter_create(&commet_texture, 86, 54, side_right, lan ? netInfo.fighter2_color : app->fighter2_color);
   game->cpu = nullptr;
   if (app->game_mode == mode_one_player) {
     game->cpu = allocate_record<cpu_logic>("cpu");
@@ -177,23 +233,18 @@ void game_handle_input() {
     }
     if (event.type == SDL_KEYDOWN || event.type == SDL_KEYUP) handle_key(game, event.key);
   }
+  if (is_guest() && peer_reachable()) messages_key_press();
 }
 
 void game_update() {
   game_state *game = current_game();
-  if (game->paused != pause_none) {
+  check_for_lost_peer();
+  if (game->paused != pause_none || peer_silent()) {
     restart_clock(game);
+  } else if (!run_match(game)) {
     return;
   }
-  game_check_for_end(game);
-  if (game->fighting == 0 && now_in_seconds() > game->end_at) {
-    context_state_machine()->next_state = screen_end;
-    return;
-  }
-  const bool against_cpu = context_get()->game_mode == mode_one_player && game->fighting == 1;
-  if (against_cpu) run_cpu(game);
-  run_fight(game);
-  if (against_cpu) game->distance = game_opponents_distance_x(game->fighter1, game->fighter2);
+  if (is_host() && peer_reachable()) messages_game_state();
 }
 
 void game_unload() {

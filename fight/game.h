@@ -27,3 +27,5 @@ int game_opponents_distance_x(const fighter *fighter1, const fighter *fighter2);
 void game_render_timer();
 void game_render_score();
 void game_render_pause_menu();
+// The notice that the peer of a LAN match has gone silent.
+void game_render_disconnecting();

@@ -12,6 +12,7 @@
 #include "fight/game.h"
 #include "media/graphics.h"
 #include "media/layout.h"
+#include "net/net.h"
 
 namespace {
 
@@ -22,11 +23,16 @@ const game_state *current_game() {
   return static_cast<const game_state *>(context_state_machine()->screen);
 }
 
-void draw_centered(const char *text, TTF_Font *font, SDL_Color color, double row, const char *failure_line) {
+void draw_centered(const char *text, TTF_Font *font, SDL_Color color, double row, const char *failure_line,
+                   bool dimmed = false) {
   texture_replace_text(text, &gTemp, font, color, failure_line);
   if (gTemp.handle == nullptr) return;
-  layout_render_centered(&gTemp, 0.5, layout_y(row));
+  layout_render_dimmed(&gTemp, 0.5, layout_y(row), dimmed);
   texture_unload(&gTemp);
+}
+
+bool in_lan_match() {
+  return context_get()->game_mode == mode_lan;
 }
 
 // A text of the match's top row, centred on a fraction of the width.
@@ -52,6 +58,12 @@ void draw_ring() {
   SDL_RenderDrawRect(gRenderer, &app->ring);
 }
 
+void draw_pause_status(int paused) {
+  char text[32] = "Press ESC to resume";
+  if (paused == pause_by_peer) std::snprintf(text, sizeof text, "Paused by %s", netInfo.peer_username);
+  draw_centered(text, gFont, text_color_red, 0.8, nullptr);
+}
+
 // Marks the highlighted item; `height` is that of the items' text in pixels.
 void draw_pause_markers(int selection, int height) {
   const double width = context_get()->window_width;
@@ -70,6 +82,7 @@ void game_render() {
   game_render_timer();
   game_render_score();
   if (game->paused != pause_none) game_render_pause_menu();
+  if (in_lan_match() && net_peer_silent(SDL_GetTicks())) game_render_disconnecting();
   SDL_RenderPresent(gRenderer);
 }
 
@@ -91,11 +104,15 @@ void game_render_pause_menu() {
                 "Unable to load texture from text (Pause title)!");
   draw_centered(app->sound_on != 0 ? "Sound: On" : "Sound: Off", gFont, text_color_dark, 0.4,
                 "Unable to load texture from text (pause sound)!");
-  draw_centered("Restart", gFont, text_color_dark, 0.5, nullptr);
+  draw_centered("Restart", gFont, text_color_dark, 0.5, nullptr, in_lan_match());
   draw_centered("Quit", gFont, text_color_dark, 0.6, nullptr);
   const int item_height = gTemp.height;
-  if (current_game()->paused == pause_local) {
-    draw_centered("Press ESC to resume", gFont, text_color_red, 0.8, nullptr);
-  }
+  draw_pause_status(current_game()->paused);
   draw_pause_markers(current_game()->pause_selection, item_height);
+}
+
+void game_render_disconnecting() {
+  layout_fill(context_get()->ring, ring_color);
+  draw_centered("Disconnecting", gFont, text_color_red, 0.5,
+                "Unable to load texture from text (peer disconnected)!");
 }

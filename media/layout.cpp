@@ -4,6 +4,12 @@
 #include "app/window.h"
 #include "media/graphics.h"
 
+namespace {
+
+constexpr Uint8 dimmed_alpha = 75;
+
+}  // namespace
+
 int layout_x(double fraction) {
   return static_cast<int>(context_get()->window_width * fraction);
 }
@@ -25,6 +31,12 @@ void layout_fill(const SDL_Rect &area, const SDL_Color &color) {
 void layout_render_centered(const texture *texture, double fraction, int y) {
   const int x = static_cast<int>(context_get()->window_width * fraction - texture->width * 0.5);
   texture_render(texture, x, y, nullptr, nullptr);
+}
+
+void layout_render_dimmed(const texture *texture, double fraction, int y, bool dimmed) {
+  if (dimmed) SDL_SetTextureAlphaMod(texture->handle, dimmed_alpha);
+  layout_render_centered(texture, fraction, y);
+  if (dimmed) SDL_SetTextureAlphaMod(texture->handle, 255);
 }
 
 int layout_arrow_width() {

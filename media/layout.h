@@ -19,6 +19,8 @@ void layout_fill(const SDL_Rect &area, const SDL_Color &color);
 // Draws the texture in its own size, centred on the column at `fraction` of the window's width, with its top
 // at y (pixels).
 void layout_render_centered(const texture *texture, double fraction, int y);
+// The same, faint when `dimmed`.
+void layout_render_dimmed(const texture *texture, double fraction, int y, bool dimmed);
 
 // The width of a selection marker in pixels.
 int layout_arrow_width();

@@ -11,6 +11,7 @@
 #include "fight/fighter.h"
 #include "media/graphics.h"
 #include "media/layout.h"
+#include "net/net.h"
 #include "screens/menu.h"
 #include "screens/preview.h"
 
@@ -49,14 +50,23 @@ void load_fighters(const end_menu_state *end) {
   if (end->score1 < end->score2) pose(fighter2, fighter1);
 }
 
+bool after_lan_match() {
+  return context_get()->game_mode == mode_lan;
+}
+
 void load_score(const end_menu_state *end) {
   char text[32];
-  std::snprintf(text, sizeof text, "%d - %d", end->score1, end->score2);
+  if (after_lan_match() && net_peer_lost(SDL_GetTicks())) {
+    std::snprintf(text, sizeof text, "Disconnected");
+  } else {
+    std::snprintf(text, sizeof text, "%d - %d", end->score1, end->score2);
+  }
   texture_replace_text(text, &finalScore, gFont, text_color_dark, "Unable to create score texture!");
 }
 
 void activate(int item) {
-  context_state_machine()->next_state = item == 1 ? screen_game : screen_main_menu;
+  const int again = after_lan_match() ? screen_lan : screen_game;
+  context_state_machine()->next_state = item == 1 ? again : screen_main_menu;
 }
 
 }  // namespace
@@ -67,7 +77,8 @@ void end_load(end_menu_state *end) {
   load_score(end);
   load_fighters(end);
   end->selected = 1;
-  std::snprintf(end->labels[0], sizeof end->labels[0], "%s", "Restart Game");
+  std::snprintf(end->labels[0], sizeof end->labels[0], "%s",
+                after_lan_match() ? "LAN Games" : "Restart Game");
   std::snprintf(end->labels[1], sizeof end->labels[1], "%s", "Main Menu");
   for (int i = 0; i < end_menu_item_count; ++i) {
     end->items[i] = texture_create();
