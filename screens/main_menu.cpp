@@ -11,6 +11,7 @@
 #include "app/window.h"
 #include "media/graphics.h"
 #include "media/layout.h"
+#include "net/net.h"
 #include "screens/menu.h"
 
 namespace {
@@ -43,7 +44,7 @@ constexpr int no_mode = -1;
 constexpr item items[main_menu_item_count] = {
     {"1 Player", mode_one_player, screen_game},
     {"2 Player", mode_two_players, screen_game},
-    {"LAN", no_mode, screen_none},  // drawn already; its screen comes with network play
+    {"LAN", mode_lan, screen_lan},
     {"Options", no_mode, screen_options},
     {"Exit", no_mode, screen_quit},
 };
@@ -70,12 +71,13 @@ void load_version(main_menu_screen *menu) {
 
 void activate(const item &item) {
   if (item.game_mode != no_mode) context_get()->game_mode = static_cast<std::uint8_t>(item.game_mode);
-  if (item.screen != screen_none) context_state_machine()->next_state = item.screen;
+  context_state_machine()->next_state = item.screen;
 }
 
 }  // namespace
 
 void main_menu_load(main_menu_screen *menu) {
+  netInfo.is_host = 0;  // whoever is back here hosts no room any more
   menu->selected = 1;
   load_title(menu);
   for (int i = 0; i < main_menu_item_count; ++i) {

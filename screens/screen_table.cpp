@@ -6,6 +6,7 @@
 #include "fight/fighter.h"
 #include "fight/game.h"
 #include "screens/end_menu.h"
+#include "screens/lan_menu.h"
 #include "screens/main_menu.h"
 #include "screens/options_menu.h"
 
@@ -31,6 +32,8 @@ constexpr screen_entry screens[] = {
      main_menu_unload},
     {screen_game, "game state", sizeof(game_state), nullptr, load_as<game_state, game_load>,
      game_handle_input, game_update, game_render, game_unload},
+    {screen_lan, "lan menu state", sizeof(lan_menu_state), nullptr, load_as<lan_menu_state, lan_load>,
+     lan_handle_input, lan_update, lan_render, lan_unload},
     {screen_end, "end menu state", sizeof(end_menu_state), hand_over_scores,
      load_as<end_menu_state, end_load>, end_handle_input, end_update, end_render, end_unload},
     {screen_options, "options menu state", sizeof(options_menu_state), nullptr,

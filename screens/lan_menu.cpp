@@ -1,0 +1,373 @@
+#include "screens/lan_menu.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "app/context.h"
+#include "app/state_machine.h"
+#include "app/utility.h"
+#include "media/graphics.h"
+#include "net/linked_list.h"
+#include "net/message_interpreter.h"
+#include "net/messages.h"
+#include "net/net.h"
+#include "net/peer_list.h"
+#include "screens/menu.h"
+#include "screens/preview.h"
+
+texture lan_title;
+texture lan_join;
+texture lan_create;
+texture lan_created;
+texture lan_start_game;
+texture lan_kick;
+texture lan_host;
+texture lan_joined;
+texture lan_name;
+
+namespace {
+
+constexpr std::uint32_t send_period = 1000;  // ms between announcements or joined messages
+constexpr int socket_wait = 1000;            // microseconds that a frame waits for the socket
+constexpr std::size_t name_limit = 10;       // bytes of a user name
+constexpr int list_rows = 4;                 // rooms shown at once
+constexpr int room_timeout = 5000;           // ms without an announcement until a room leaves the list
+constexpr int repeats = 3;                   // copies of a message that is not answered by another
+
+constexpr const char *input_failure = "Unable to render Input texture!";
+
+struct fixed_text {
+  texture *destination;
+  const char *text;
+  const char *failure_line;
+};
+constexpr fixed_text item_texts[] = {
+    {&lan_join, "Join", "Unable to render Join texture!"},
+    {&lan_create, "Create", "Unable to render Create texture!"},
+    {&lan_created, "ROOMS", input_failure},
+    {&lan_start_game, "Start Game", input_failure},
+    {&lan_kick, "Kick", input_failure},
+    {&lan_host, "Host", input_failure},
+    {&lan_joined, "Joined", input_failure},
+};
+
+lan_menu_state *current_lobby() {
+  return static_cast<lan_menu_state *>(context_state_machine()->screen);
+}
+
+void load_texts() {
+  texture_replace_text("LAN", &lan_title, gFontBigger, text_color_dark, "Unable to load texture from text!");
+  for (const fixed_text &item : item_texts) {
+    texture_replace_text(item.text, item.destination, gFont, text_color_dark, item.failure_line);
+  }
+  lan_load_time_texture(context_get()->fight_time);
+  lan_load_username_texture();
+}
+
+// Name entry
+
+enum name_row : int {
+  row_name = 0,
+  row_join = 1,
+  row_create = 2,
+};
+
+bool control_held() {
+  return (SDL_GetModState() & KMOD_CTRL) != 0;
+}
+
+bool name_takes_text(const lan_menu_state *lobby) {
+  return lobby->name_selection == row_name && std::strlen(netInfo.username) < name_limit;
+}
+
+// Bytes of the UTF-8 character that begins with `first`; 1 for what begins none.
+std::size_t character_length(char first) {
+  const unsigned char byte = static_cast<unsigned char>(first);
+  if (byte >= 0xF0) return 4;
+  if (byte >= 0xE0) return 3;
+  return byte >= 0xC0 ? 2 : 1;
+}
+
+// Appends as many whole characters as the name has room for.
+void append_to_name(const char *text) {
+  std::size_t length = std::strlen(netInfo.username);
+  std::size_t left = std::strlen(text);
+  while (left > 0) {
+    const std::size_t bytes = std::min(character_length(*text), left);
+    if (length + bytes > name_limit) break;
+    std::memcpy(netInfo.username + length, text, bytes);
+    length += bytes;
+    text += bytes;
+    left -= bytes;
+  }
+  netInfo.username[length] = '\0';
+  lan_load_username_texture();
+}
+
+void type_text(const lan_menu_state *lobby, const char *text) {
+  const bool shortcut = control_held() && text[0] != '\0' && std::strchr("cCvV", text[0]) != nullptr;
+  if (name_takes_text(lobby) && !shortcut) append_to_name(text);
+}
+
+void paste_name() {
+  char *text = SDL_GetClipboardText();
+  if (text == nullptr) return;
+  std::snprintf(netInfo.username, sizeof netInfo.username, "%s", text);
+  SDL_free(text);
+  lan_load_username_texture();
+}
+
+void edit_name(SDL_Keycode key) {
+  const std::size_t length = std::strlen(netInfo.username);
+  if (key == SDLK_BACKSPACE && length > 0) {
+    netInfo.username[length - 1] = '\0';
+    lan_load_username_texture();
+  }
+  if (!control_held()) return;
+  if (key == SDLK_c) SDL_SetClipboardText(netInfo.username);
+  if (key == SDLK_v) paste_name();
+}
+
+void leave_name_entry(lan_menu_state *lobby) {
+  if (netInfo.username[0] != '\0') lobby->mode = lobby->name_selection;
+  netInfo.is_host = 0;
+  if (lobby->mode == page_host_room) {
+    random_bytes(8, netInfo.room_id);
+    netInfo.is_host = 1;
+  }
+}
+
+bool handle_name_entry(lan_menu_state *lobby, SDL_Keycode key) {
+  if (context_get()->event.type == SDL_TEXTINPUT) type_text(lobby, context_get()->event.text.text);
+  if (lobby->name_selection == row_name) edit_name(key);
+  lobby->name_selection = move_selection(key, lobby->name_selection, row_name, row_create);
+  if (key == SDLK_RETURN) leave_name_entry(lobby);
+  if (key == SDLK_ESCAPE) context_state_machine()->next_state = screen_main_menu;
+  return true;
+}
+
+// Room list
+
+const room_record *find_room(const char *room_id) {
+  for (const list_node *node = creatorList; node != nullptr; node = node->next) {
+    const room_record *room = get_peer_from_list(node);
+    if (room_id[0] != '\0' && std::strcmp(room->room_id, room_id) == 0) return room;
+  }
+  return nullptr;
+}
+
+// The host's silence is timed from the last announcement that was heard.
+void join_room(lan_menu_state *lobby, const room_record *room) {
+  std::snprintf(netInfo.peer_ip, sizeof netInfo.peer_ip, "%s", room->ip);
+  std::snprintf(netInfo.room_id, sizeof netInfo.room_id, "%s", room->room_id);
+  netInfo.heartbeat = room->heartbeat;
+  lobby->mode = page_joined_room;
+}
+
+void move_cursor_down(lan_menu_state *lobby) {
+  const int rooms = count_list(creatorList);
+  if (lobby->room_selection < std::min(rooms, list_rows)) {
+    ++lobby->room_selection;
+  } else if (lobby->room_scroll < rooms - list_rows) {
+    ++lobby->room_scroll;
+  }
+}
+
+void move_cursor_up(lan_menu_state *lobby) {
+  if (lobby->room_selection > 1) {
+    --lobby->room_selection;
+    return;
+  }
+  lobby->room_selection = 1;
+  if (lobby->room_scroll > 0) --lobby->room_scroll;
+}
+
+bool handle_room_list(lan_menu_state *lobby, SDL_Keycode key) {
+  if (key == SDLK_DOWN) move_cursor_down(lobby);
+  if (key == SDLK_UP) move_cursor_up(lobby);
+  if (key == SDLK_ESCAPE) lobby->mode = page_name_entry;
+  if (key != SDLK_RETURN) return true;
+  const room_record *room = find_room(lobby->selected_room_id);
+  if (room == nullptr) return false;
+  join_room(lobby, room);
+  return true;
+}
+
+// Host room
+
+enum host_row : int {
+  row_colors = 0,
+  row_time = 1,
+  row_start = 2,
+  row_kick = 3,
+};
+
+void kick_guest() {
+  net_setup_p2p_struct();
+  messages_kick_game();
+  net_reset_peer_info();
+}
+
+void change_host_room(lan_menu_state *lobby) {
+  switch (lobby->host_selection) {
+    case row_colors:
+      std::swap(netInfo.fighter1_color, netInfo.fighter2_color);
+      lan_set_players_color(netInfo.fighter1_color, netInfo.fighter2_color);
+      break;
+    case row_time:
+      context_next_fight_time();
+      lan_load_time_texture(context_get()->fight_time);
+      break;
+    case row_start:
+      if (netInfo.guest_joined != 0) lobby->start_requested = 1;
+      break;
+    case row_kick:
+      if (netInfo.guest_joined != 0) kick_guest();
+      break;
+    default:
+      break;
+  }
+}
+
+void close_room(lan_menu_state *lobby) {
+  net_setup_p2p_struct();
+  for (int i = 0; i < repeats; ++i) messages_cancel_game();
+  net_reset_peer_info();
+  net_clear_room_id();
+  lobby->mode = page_name_entry;
+  netInfo.is_host = 0;
+}
+
+bool handle_host_room(lan_menu_state *lobby, SDL_Keycode key) {
+  lobby->host_selection = move_selection(key, lobby->host_selection, row_colors, row_kick);
+  if (key == SDLK_RETURN) change_host_room(lobby);
+  if (key == SDLK_ESCAPE) close_room(lobby);
+  return true;
+}
+
+// Joined room
+
+bool handle_joined_room(lan_menu_state *, SDL_Keycode key) {
+  if (key == SDLK_ESCAPE) {
+    messages_leave_game();
+    lan_leave_host_room(netInfo.room_id);
+  }
+  return true;
+}
+
+// The keys of a page; false ends the frame's input, leaving later events queued. By lan_page.
+using page_handler = bool (*)(lan_menu_state *lobby, SDL_Keycode key);
+constexpr page_handler page_handlers[] = {handle_name_entry, handle_room_list, handle_host_room,
+                                          handle_joined_room};
+
+// Update
+
+void receive_one(int ready) {
+  if ((ready & net_readable) == 0) return;
+  char buffer[receive_buffer_size];
+  const int length = net_receive_udp(buffer, sizeof buffer);
+  interpret_message(buffer, length);
+}
+
+// True once a period when the socket takes a datagram.
+bool send_is_due(lan_menu_state *lobby, int ready) {
+  const std::uint32_t now = SDL_GetTicks();
+  if ((ready & net_writable) == 0 || now - send_period < lobby->last_sent) return false;
+  lobby->last_sent = now;
+  return true;
+}
+
+void request_start() {
+  for (int i = 0; i < repeats; ++i) {
+    net_setup_p2p_struct();
+    messages_starting_game();
+  }
+}
+
+void update_host_room(lan_menu_state *lobby, int ready) {
+  receive_one(ready);
+  if (send_is_due(lobby, ready)) messages_game_create();
+  if (net_peer_lost(SDL_GetTicks())) lan_forget_peer();
+}
+
+void update_joined_room(lan_menu_state *lobby, int ready) {
+  receive_one(ready);
+  if (send_is_due(lobby, ready)) {
+    net_setup_p2p_struct();
+    messages_joined_game();
+  }
+  if (net_peer_lost(SDL_GetTicks())) {
+    delete_peer_from_list(&creatorList, netInfo.room_id);
+    net_reset_peer_info();
+    net_clear_room_id();
+    lobby->mode = page_room_list;
+  }
+}
+
+void update_page(lan_menu_state *lobby, int ready) {
+  switch (lobby->mode) {
+    case page_room_list:
+      receive_one(ready);
+      break;
+    case page_host_room:
+      update_host_room(lobby, ready);
+      break;
+    case page_joined_room:
+      update_joined_room(lobby, ready);
+      break;
+    default:  // the name entry receives nothing
+      break;
+  }
+}
+
+}  // namespace
+
+void lan_load(lan_menu_state *lobby) {
+  net_reset_peer_info();
+  net_clear_room_id();
+  netInfo.is_host = 0;
+  *lobby = {};
+  lobby->last_sent = SDL_GetTicks();
+  load_texts();
+  preview_shrink_layout(0.5);
+  preview_create({19, 0, netInfo.fighter1_color}, {77, 0, netInfo.fighter2_color});
+}
+
+void lan_load_username_texture() {
+  char field[name_limit + 1] = "..........";
+  const std::size_t length = std::min(std::strlen(netInfo.username), name_limit);
+  std::memcpy(field + name_limit - length, netInfo.username, length);
+  texture_replace_text(field, &lan_name, gFont, text_color_dark, input_failure);
+}
+
+void lan_handle_input() {
+  lan_menu_state *lobby = current_lobby();
+  if (lobby->start_requested != 0) return;
+  if (lobby->mode == page_name_entry && name_takes_text(lobby)) SDL_StartTextInput();
+  // A key may turn to another page; what is left of this frame's events is still this page's.
+  const page_handler handle = page_handlers[lobby->mode];
+  while (menu_poll_event() && handle(lobby, menu_pressed_key())) {
+  }
+}
+
+void lan_update() {
+  lan_menu_state *lobby = current_lobby();
+  if (lobby->start_requested != 0) request_start();
+  const int ready = net_check_descriptor(0, socket_wait, net_readable | net_writable);
+  update_page(lobby, ready);
+  check_hart_beat_for_list(&creatorList, SDL_GetTicks(), room_timeout);
+}
+
+void lan_unload() {
+  preview_destroy();
+  preview_restore_layout();
+  texture_unload(&lan_title);
+  texture_unload(&lan_time);
+  texture_unload(&lan_name);
+  for (const fixed_text &item : item_texts) texture_unload(item.destination);
+}
