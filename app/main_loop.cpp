@@ -61,6 +61,10 @@ struct drain {
 };
 constexpr drain host_drain = {message_key_press, false};
 constexpr drain guest_drain = {message_game_state, true};
+struct received {
+  char text[receive_buffer_size];
+  int length;  // bytes, as net_receive_udp returns them
+};
 constexpr int drain_limit = 2;   // counted messages read per frame, so that a backlog shrinks
 constexpr int render_time = 10;  // ms of the frame that waiting leaves to the rendering
 
@@ -69,34 +73,46 @@ bool in_lan_match(bool as_host) {
          (netInfo.is_host != 0) == as_host;
 }
 
-// ms that a drain may still wait in this frame.
-int wait_left(const drain &drain) {
-  if (!drain.waits) return 0;
-  const int spent = static_cast<int>(timer_get_ticks(context.cap_timer));
-  return std::max(screen_tick_per_frame - spent - render_time, 0);
+int spent_in_frame() {
+  return static_cast<int>(timer_get_ticks(context.cap_timer));
 }
 
-// Reads what has arrived and interprets the datagram read last, if a counted one or a leave message was
-// among them. Anything else is read and dropped.
+// ms that a drain may still wait in this frame.
+int wait_left(const drain &drain) {
+  return drain.waits ? std::max(screen_tick_per_frame - spent_in_frame() - render_time, 0) : 0;
+}
+
+bool receive(const drain &drain, received *datagram) {
+  if ((net_check_descriptor(0, wait_left(drain) * 1000, net_readable) & net_readable) == 0) return false;
+  datagram->length = net_receive_udp(datagram->text, sizeof datagram->text);
+  return true;
+}
+
+// Reads what the peer has sent and interprets the datagram read last, if a counted one or a leave message
+// was among them; any other is read and dropped. Datagrams of other machines neither count nor displace the
+// peer's, and cannot hold the frame up beyond its budget.
 void drain_socket(const drain &drain) {
-  char buffer[receive_buffer_size];
-  int length = 0;
+  received last = {};
   int counted = 0;
-  while (counted < drain_limit) {
-    if ((net_check_descriptor(0, wait_left(drain) * 1000, net_readable) & net_readable) == 0) break;
-    length = net_receive_udp(buffer, sizeof buffer);
-    if (buffer[0] == message_leave_game) {
+  received datagram;
+  while (counted < drain_limit && receive(drain, &datagram)) {
+    if (!net_sender_is_peer()) {
+      if (spent_in_frame() >= screen_tick_per_frame) break;
+      continue;
+    }
+    last = datagram;
+    if (last.text[0] == message_leave_game) {
       counted = 1;
       break;
     }
-    if (buffer[0] == drain.counted_letter) ++counted;
+    if (last.text[0] == drain.counted_letter) ++counted;
   }
-  if (counted != 0) interpret_message(buffer, length);
+  if (counted != 0) interpret_message(last.text, last.length);
 }
 
 // Sleeps out the rest of the frame. A frame over its budget is not made up for later.
 void cap_frame() {
-  const int spent = static_cast<int>(timer_get_ticks(context.cap_timer));
+  const int spent = spent_in_frame();
   if (spent < screen_tick_per_frame) SDL_Delay(static_cast<Uint32>(screen_tick_per_frame - spent));
 }
 

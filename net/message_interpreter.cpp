@@ -30,10 +30,6 @@ bool showing(int screen) {
   return context_state_machine()->current_state == screen;
 }
 
-bool sender_is_peer() {
-  return net_sender_ip_match(net_get_sender_ip()) != 0;
-}
-
 bool room_matches(const message &message) {
   return net_room_ids_match(message.room_id, netInfo.room_id) != 0;
 }
@@ -78,7 +74,7 @@ void apply_joined(const message &message, const char *) {
     copy_text(netInfo.peer_ip, net_get_sender_ip());
     peer_was_heard();
     netInfo.guest_joined = 1;
-  } else if (room_matches(message) && sender_is_peer()) {
+  } else if (room_matches(message) && net_sender_is_peer()) {
     peer_was_heard();
   }
 }
@@ -210,7 +206,7 @@ bool room_fits(enum room wanted, const message &message) {
 
 void take_in(const handler &handler, const char *text) {
   if (!screen_fits(handler.screens) || !role_fits(handler.role)) return;
-  if (handler.sender == peer && !sender_is_peer()) return;
+  if (handler.sender == peer && !net_sender_is_peer()) return;
   message message;
   if (message_read(text, &message) && room_fits(handler.room, message)) handler.apply(message, text);
 }

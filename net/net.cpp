@@ -20,6 +20,7 @@ namespace {
 constexpr const char *group_address = "239.1.1.1";
 constexpr std::uint16_t game_port = 5555;
 constexpr std::int32_t default_fight_time = 120;  // s
+constexpr int pending_limit = 1000;  // datagrams, more than a socket queues; a flood is not waited out
 
 // Prints `line` and the error code of a step that has failed. Returns whether it was done.
 bool report(bool done, const char *line) {
@@ -148,6 +149,14 @@ int net_receive_udp(char *buffer, int size) {
   return received;
 }
 
+void net_discard_pending() {
+  char buffer[receive_buffer_size];
+  for (int i = 0; i < pending_limit; ++i) {
+    if ((net_check_descriptor(0, 0, net_readable) & net_readable) == 0) return;
+    net_receive_udp(buffer, sizeof buffer);
+  }
+}
+
 int net_check_descriptor(int seconds, int microseconds, int which) {
   const int ready = socket_wait(socket_in_out, which, seconds, microseconds);
   return report(ready >= 0, "Code 25, select failed -") ? ready : 0;
@@ -159,6 +168,10 @@ const char *net_get_sender_ip() {
 
 int net_sender_ip_match(const char *text) {
   return text != nullptr && std::strcmp(text, netInfo.peer_ip) == 0 ? 1 : 0;
+}
+
+bool net_sender_is_peer() {
+  return net_sender_ip_match(net_get_sender_ip()) != 0;
 }
 
 int net_room_ids_match(const char *a, const char *b) {

@@ -78,6 +78,8 @@ int net_send_udp_abstract(char destination, const char *buffer, int count);
 // that a receive_buffer_size buffer always holds a text. Returns the bytes received; after a failure prints a
 // line and returns receive_failed with the buffer empty.
 int net_receive_udp(char *buffer, int size);
+// Throws away what has queued up on the socket while nobody listened.
+void net_discard_pending();
 // Waits at most the given time until the socket is ready for one of `which`, a sum of net_readiness. Returns
 // the sum of those it is ready for; 0 when the time has passed and, with a line, on failure.
 int net_check_descriptor(int seconds, int microseconds, int which);
@@ -87,6 +89,8 @@ int net_check_descriptor(int seconds, int microseconds, int which);
 const char *net_get_sender_ip();
 // 1 when the dotted address is peer_ip; 0 otherwise, and for null.
 int net_sender_ip_match(const char *text);
+// True when the last datagram came from the peer.
+bool net_sender_is_peer();
 // 1 when both texts are the same room id of 8 characters; 0 otherwise, and for null.
 int net_room_ids_match(const char *a, const char *b);
 // 1 for four numbers of 0 to 255 without leading zeros and with dots between them; 0 otherwise, and for null.
