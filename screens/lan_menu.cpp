@@ -135,6 +135,8 @@ void edit_name(SDL_Keycode key) {
 
 void leave_name_entry(lan_menu_state *lobby) {
   if (netInfo.username[0] != '\0') lobby->mode = lobby->name_selection;
+  // Nobody has listened so far: what has queued up tells of rooms that may be long gone.
+  if (lobby->mode != page_name_entry) net_discard_pending();
   netInfo.is_host = 0;
   if (lobby->mode == page_host_room) {
     random_bytes(8, netInfo.room_id);

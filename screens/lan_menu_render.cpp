@@ -38,9 +38,14 @@ int row_top(int tenths) {
   return static_cast<int>(context_get()->window_height * tenths * 0.1);
 }
 
-// A text of this frame only. An empty one, a name that has not arrived yet, draws nothing.
+bool has_width(const char *text) {
+  int width = 0;
+  return TTF_SizeUTF8(gFont, text, &width, nullptr) != 0 || width > 0;
+}
+
+// A text of this frame only. One without width, such as a name that has not arrived yet, draws nothing.
 void draw_text(const char *text, double column, int y, bool dimmed) {
-  if (text[0] == '\0') return;
+  if (!has_width(text)) return;
   texture_replace_text(text, &gTemp, gFont, text_color_dark, "Unable to render Input texture!");
   if (gTemp.handle == nullptr) return;
   layout_render_dimmed(&gTemp, column, y, dimmed);
