@@ -94,7 +94,7 @@ bool receive(const drain &drain, received *datagram) {
 void drain_socket(const drain &drain) {
   received last = {};
   int counted = 0;
-  received datagram;
+  received datagram = {};
   while (counted < drain_limit && receive(drain, &datagram)) {
     if (!net_sender_is_peer()) {
       if (spent_in_frame() >= screen_tick_per_frame) break;

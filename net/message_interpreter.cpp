@@ -207,7 +207,7 @@ bool room_fits(enum room wanted, const message &message) {
 void take_in(const handler &handler, const char *text) {
   if (!screen_fits(handler.screens) || !role_fits(handler.role)) return;
   if (handler.sender == peer && !net_sender_is_peer()) return;
-  message message;
+  message message = {};
   if (message_read(text, &message) && room_fits(handler.room, message)) handler.apply(message, text);
 }
 

@@ -153,7 +153,7 @@ void net_discard_pending() {
   char buffer[receive_buffer_size];
   for (int i = 0; i < pending_limit; ++i) {
     if ((net_check_descriptor(0, 0, net_readable) & net_readable) == 0) return;
-    net_receive_udp(buffer, sizeof buffer);
+    if (net_receive_udp(buffer, sizeof buffer) == receive_failed) return;
   }
 }
 

@@ -212,7 +212,7 @@ enum host_row : int {
 void kick_guest() {
   net_setup_p2p_struct();
   messages_kick_game();
-  net_reset_peer_info();
+  lan_forget_peer();
 }
 
 void change_host_room(lan_menu_state *lobby) {
@@ -239,7 +239,7 @@ void change_host_room(lan_menu_state *lobby) {
 void close_room(lan_menu_state *lobby) {
   net_setup_p2p_struct();
   for (int i = 0; i < repeats; ++i) messages_cancel_game();
-  net_reset_peer_info();
+  lan_forget_peer();
   net_clear_room_id();
   lobby->mode = page_name_entry;
   netInfo.is_host = 0;
