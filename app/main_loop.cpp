@@ -63,7 +63,7 @@ constexpr drain host_drain = {message_key_press, false};
 constexpr drain guest_drain = {message_game_state, true};
 struct received {
   char text[receive_buffer_size];
-  int length;  // bytes, as net_receive_udp returns them
+  int length;  // bytes, as net_receive_from_peer returns them
 };
 constexpr int drain_limit = 2;   // counted messages read per frame, so that a backlog shrinks
 constexpr int render_time = 10;  // ms of the frame that waiting leaves to the rendering
@@ -84,7 +84,7 @@ int wait_left(const drain &drain) {
 
 bool receive(const drain &drain, received *datagram) {
   if ((net_check_descriptor(0, wait_left(drain) * 1000, net_readable) & net_readable) == 0) return false;
-  datagram->length = net_receive_udp(datagram->text, sizeof datagram->text);
+  datagram->length = net_receive_from_peer(datagram->text, sizeof datagram->text);
   return true;
 }
 
@@ -96,7 +96,7 @@ void drain_socket(const drain &drain) {
   int counted = 0;
   received datagram = {};
   while (counted < drain_limit && receive(drain, &datagram)) {
-    if (!net_sender_is_peer()) {
+    if (datagram.length == from_stranger) {
       if (spent_in_frame() >= screen_tick_per_frame) break;
       continue;
     }

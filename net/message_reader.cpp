@@ -23,7 +23,7 @@ constexpr int unit_limit = 1000;            // blocks
 constexpr int velocity_limit = 100'000;     // pixels per frame
 constexpr int frames_limit = 1000;          // frames
 constexpr int score_limit = 9999;           // points
-constexpr int time_limit = 5999;            // s, the longest that a clock of five characters shows
+constexpr int time_limit = 1'000'000;       // s, for a wall clock that is set during a match
 constexpr int pause_limit = 255;            // values that mean nothing to this version are no harm
 
 constexpr number_field<fighter_report> fighter_fields[] = {

@@ -149,6 +149,15 @@ int net_receive_udp(char *buffer, int size) {
   return received;
 }
 
+int net_receive_from_peer(char *buffer, int size) {
+  const sockaddr_in last_sender = fromAddr;
+  const int received = net_receive_udp(buffer, size);
+  if (net_sender_is_peer()) return received;
+  fromAddr = last_sender;
+  std::memset(buffer, 0, static_cast<std::size_t>(size));
+  return from_stranger;
+}
+
 void net_discard_pending() {
   char buffer[receive_buffer_size];
   for (int i = 0; i < pending_limit; ++i) {

@@ -12,6 +12,7 @@
 inline constexpr int datagram_size = 150;        // bytes sent, and the most bytes taken from one received
 inline constexpr int receive_buffer_size = 151;  // bytes of a buffer to receive into: a datagram and a NUL
 inline constexpr int receive_failed = 151;       // what net_receive_udp returns after a failure
+inline constexpr int from_stranger = -1;         // what net_receive_from_peer returns for another machine's
 inline constexpr int room_id_length = 8;         // characters
 inline constexpr char ip_type_v4 = 'a';          // the only address family there is
 
@@ -78,6 +79,9 @@ int net_send_udp_abstract(char destination, const char *buffer, int count);
 // that a receive_buffer_size buffer always holds a text. Returns the bytes received; after a failure prints a
 // line and returns receive_failed with the buffer empty.
 int net_receive_udp(char *buffer, int size);
+// The same for the peer's datagrams alone: one of another machine is left out, returns from_stranger with the
+// buffer empty, and does not become the last datagram that the questions about the sender are about.
+int net_receive_from_peer(char *buffer, int size);
 // Throws away what has queued up on the socket while nobody listened.
 void net_discard_pending();
 // Waits at most the given time until the socket is ready for one of `which`, a sum of net_readiness. Returns
