@@ -1,0 +1,217 @@
+// The lobby's pages: names, rooms, what their keys do, what they send and when they give up waiting.
+
+#include "screens/lan_menu.h"
+
+#include <arpa/inet.h>
+
+#include <sstream>
+
+#include "app/context.h"
+#include "app/window.h"
+#include "fight/fighter.h"
+#include "media/graphics.h"
+#include "net/linked_list.h"
+#include "net/net.h"
+#include "net/peer_list.h"
+#include "screens/preview.h"
+#include "tests/support/stage.h"
+#include "tests/support/udp_link.h"
+
+namespace {
+
+const std::string announcement = " 3 Ada 0  3 120 1 1 1 2";  // after the letter and the room
+
+void list_room(const std::string &room) {
+  update_peer_list(("a8 " + room + announcement).c_str(), "127.0.0.1", room.c_str(), &creatorList);
+  update_peer_heartbeat(5000, room.c_str(), creatorList);
+}
+
+template <typename... values>
+std::string joined(const values &...all) {
+  std::ostringstream text;
+  ((text << all << " "), ...);
+  return text.str();
+}
+
+// Bob on a page of the lobby, ten seconds after the start.
+class lan_menu : public testing::Test {
+ protected:
+  ~lan_menu() override { delete_list(&creatorList); }
+  void open(int page, std::uint8_t guest = 0) {
+    netInfo.fighter1_color = 1;
+    lobby = static_cast<lan_menu_state *>(enter(3));
+    lobby->mode = page;
+    lobby->last_sent = 9000;
+    world.ticks = 10000;
+    context.fight_time = 120;
+    netInfo = {guest, page == 2, 'a', 120, 1, 2, port, 0, 0, 5000, "Bob", "Ada", "127.0.0.1", "", "Rb4kT8mA"};
+    net_setup_p2p_struct();
+  }
+  void press(const char *keys) {
+    push_keys(keys);
+    world.texts = "";
+    lan_handle_input();
+  }
+  // The letters of what was sent to the group and, after a "/", to the peer.
+  std::string sent() {
+    std::string letters;
+    for (const char to : {'a', 'b'}) {
+      for (std::string text; !(text = link.sent_to(to)).empty();) letters += text[0];
+      if (to == 'a') letters += "/";
+    }
+    return letters;
+  }
+  open_game game{800, 700};
+  int replaced = net_close();
+  udp_link link;
+  const std::uint16_t port = ntohs(toAddr.sin_port);
+  lan_menu_state *lobby = nullptr;
+};
+
+}  // namespace
+
+TEST_F(lan_menu, name_takes_ten_bytes_of_whole_characters) {
+  const struct {
+    int row;
+    const char *before, *keys, *typed, *name, *rendered;  // keys: "<" backspace; "c" and "v" with Ctrl
+  } cases[] = {{0, "", "", "bob", "bob", ".......bob|"},
+               {0, "abcdefghi", "", "jk", "abcdefghij", "abcdefghij|"},
+               {0, "abcdefghij", "", "k", "abcdefghij", ""},
+               {0, "abcdefgh", "", "éé", "abcdefghé", "abcdefghé|"},
+               {0, "abcdefghi", "", "é", "abcdefghi", ".abcdefghi|"},
+               {0, "bob", "<", "", "bo", "........bo|"},
+               {0, "bob", "v", "v", "abcdefghij", "abcdefghij|"},
+               {0, "bob", "cv", "c", "bob", ".......bob|"},
+               {1, "bob", "<", "x", "bob", ""}};
+  for (const auto &c : cases) {
+    open(0);
+    lobby->name_selection = c.row;
+    SDL_strlcpy(netInfo.username, c.before, sizeof netInfo.username);
+    SDL_SetClipboardText("abcdefghijkl");
+    push_keys("");
+    for (const char key : std::string(c.keys)) push_key(key == '<' ? '\b' : key);
+    SDL_Event event = {};
+    event.type = SDL_TEXTINPUT;
+    SDL_strlcpy(event.text.text, c.typed, sizeof event.text.text);
+    if (*c.typed != '\0') SDL_PushEvent(&event);
+    SDL_SetModState(*c.keys > '<' ? KMOD_LCTRL : KMOD_NONE);
+    world.texts = "";
+    lan_handle_input();
+    EXPECT_EQ(joined(netInfo.username, world.texts), joined(c.name, c.rendered)) << c.keys << c.typed;
+  }
+  SDL_SetModState(KMOD_NONE);
+}
+
+TEST_F(lan_menu, keys_change_page_and_room) {
+  const struct {
+    int page;
+    std::uint8_t guest;
+    const char *keys, *result;  // row, page, next screen; hosting, colour, time, guest, start; room id; sent
+  } cases[] = {{0, 0, "R", "0 0 0 0 1 120 0 0 8 / "},   {0, 0, "DR", "1 1 0 0 1 120 0 0 8 / "},
+               {0, 0, "UR", "2 2 0 1 1 120 0 0 8 / "},  {0, 0, "UDE", "0 0 1 0 1 120 0 0 8 / "},
+               {1, 0, "E", "0 0 0 0 1 120 0 0 8 / "},   {1, 0, "RE", "0 1 0 0 1 120 0 0 8 / "},
+               {2, 0, "R", "0 2 0 1 2 120 0 0 8 / "},   {2, 0, "DR", "1 2 0 1 1 60 0 0 8 / "},
+               {2, 0, "DRR", "1 2 0 1 1 75 0 0 8 / "},  {2, 0, "DDR", "2 2 0 1 1 120 0 0 8 / "},
+               {2, 1, "DDR", "2 2 0 1 1 120 1 1 8 / "}, {2, 0, "UR", "3 2 0 1 1 120 0 0 8 / "},
+               {2, 1, "UR", "3 2 0 1 1 120 0 0 8 /g "}, {2, 1, "E", "0 0 0 0 1 120 0 0 0 hhh/ "},
+               {3, 0, "DUR", "0 3 0 0 1 120 0 0 8 / "}, {3, 0, "E", "0 1 0 0 1 120 0 0 0 /i "},
+               {3, 0, "QE", "0 3 6 0 1 120 0 0 8 / "}};
+  for (const auto &c : cases) {
+    open(c.page, c.guest);
+    world.draws.assign(c.page == 0 && c.keys[0] == 'U' && c.keys[1] == 'R' ? 16 : 0, 1);
+    press(c.keys);
+    EXPECT_EQ(joined(c.page == 2 ? lobby->host_selection : lobby->name_selection, lobby->mode,
+                     context.state_machine->next_state, +netInfo.is_host, netInfo.fighter1_color,
+                     context.fight_time, +netInfo.guest_joined, +lobby->start_requested,
+                     SDL_strlen(netInfo.room_id), sent()),
+              c.result)
+        << c.page << c.keys;
+    EXPECT_TRUE(world.draws.empty()) << "a new room id";
+    EXPECT_EQ(fighter1->color, graphics_get_color(netInfo.fighter1_color)) << c.keys;
+  }
+  open(0);
+  netInfo.username[0] = '\0';
+  press("DRDR");
+  EXPECT_EQ(lobby->mode, 0) << "nothing opens without a name";
+  open(2, 1);
+  lobby->start_requested = 1;
+  press("E");
+  EXPECT_EQ(lobby->mode, 2) << "keys wait for the guest's answer";
+}
+
+TEST_F(lan_menu, room_list_scrolls_and_joins) {
+  open(1);
+  press("D");
+  EXPECT_EQ(lobby->room_selection, 0) << "no room, no row";
+  for (const char number : {'6', '5', '4', '3', '2', '1'}) list_room(std::string("Room000") + number);
+  const char *steps[][2] = {
+      {"R", "0 0  Ada (Room0001)| "},           {"D", "1 0 Room0001 Ada (Room0001)| "},
+      {"DDD", "4 0 Room0004 Ada (Room0001)| "}, {"D", "4 1 Room0005 Ada (Room0002)| "},
+      {"DDD", "4 2 Room0006 Ada (Room0003)| "}, {"UUU", "1 2 Room0003 Ada (Room0003)| "},
+      {"U", "1 1 Room0002 Ada (Room0002)| "},   {"UU", "1 0 Room0001 Ada (Room0001)| "}};
+  for (const auto &[keys, result] : steps) {
+    press(keys);
+    lan_render();
+    EXPECT_EQ(
+        joined(lobby->room_selection, lobby->room_scroll, lobby->selected_room_id, world.texts.substr(0, 15)),
+        result)
+        << keys;
+  }
+  netInfo.peer_ip[0] = '\0';
+  netInfo.heartbeat = 0;
+  press("R");
+  EXPECT_EQ(joined(lobby->mode, netInfo.peer_ip, netInfo.room_id, netInfo.heartbeat),
+            "3 127.0.0.1 Room0001 5000 ");
+}
+
+TEST_F(lan_menu, update_sends_every_second_receives_and_forgets_who_is_silent) {
+  const struct {
+    int page;
+    std::uint8_t starting;
+    Uint32 now;
+    const char *result;  // page, guest, start, rooms listed, whether in a room; sent
+  } cases[] = {{0, 0, 10000, "0 1 0 1 1 / "},     {0, 0, 10001, "0 1 0 0 1 / "},
+               {1, 0, 10000, "1 1 0 2 1 / "},     {2, 0, 9999, "2 1 0 1 1 / "},
+               {2, 0, 10000, "2 1 0 1 1 a/ "},    {2, 1, 9999, "2 1 1 1 1 /ccc "},
+               {2, 1, 10001, "2 0 0 0 1 a/ccc "}, {3, 0, 9999, "3 1 0 2 1 / "},
+               {3, 0, 10000, "3 1 0 2 1 /b "},    {3, 0, 10001, "1 0 0 1 0 /b "}};
+  for (const auto &c : cases) {
+    open(c.page, 1);
+    delete_list(&creatorList);
+    list_room("Rb4kT8mA");
+    for (const char *room : {"Room0001", "Room0002"}) link.send(std::string("a8 ") + room + announcement);
+    lobby->start_requested = c.starting;
+    world.ticks = c.now;
+    lan_update();
+    EXPECT_EQ(joined(lobby->mode, +netInfo.guest_joined, +lobby->start_requested, count_list(creatorList),
+                     netInfo.room_id[0] != '\0', sent()),
+              c.result)
+        << c.page << " at " << c.now;
+    EXPECT_EQ(net_check_descriptor(0, 0, net_readable), net_readable) << "one datagram a frame";
+    lan_update();
+    EXPECT_EQ(sent(), lobby->start_requested ? "/ccc" : "/") << "not again within the second";
+    net_discard_pending();
+  }
+}
+
+TEST_F(lan_menu, host_room_is_faint_without_a_guest) {
+  constexpr layout tall = {800, 700, 14, 28, 46, 40, 35, {}};
+  for (const std::uint8_t guest : {std::uint8_t{0}, std::uint8_t{1}}) {
+    const SDL_Color color = guest ? dark : SDL_Color{14, 135, 35, 255};
+    open(2, guest);
+    lan_render();
+    paint_fill({0, 0, 800, 700}, menu_green);
+    paint_text("LAN", 46, dark, 400, 35);
+    paint_menu_arrows("Start Game", tall, 363);
+    const std::tuple<const char *, int, int> texts[] = {
+        {"ROOM: Rb4kT8mA", 400, 140}, {"Host", 200, 210},
+        {"Joined", 600, 210},         {"Bob", 200, 280},
+        {"Time: 02:00", 400, 455},    {guest ? "Ada" : "?", 600, 280},
+        {"Start Game", 400, 525},     {"Kick", 400, 595}};
+    for (int i = 0; const auto &[text, column, y] : texts)
+      paint_text(text, 28, i++ < 5 ? dark : color, column, y);
+    paint_fighter(304, 350, *graphics_get_color(1), {0}, 2, 2);
+    paint_fighter(420, 350, *graphics_get_color(2), {1}, 2, 2);
+    EXPECT_EQ(difference(world.shown, read_picture()), "") << +guest;
+  }
+}
