@@ -10,7 +10,7 @@ game_packages=(
 # To play it without one, by script.
 virtual_display_packages=(xvfb xdotool python3 python3-pil)
 # To build and run the tests besides.
-test_packages=(libgtest-dev python3-fonttools)
+test_packages=(libgtest-dev python3-fonttools iproute2)
 
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {

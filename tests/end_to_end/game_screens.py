@@ -56,7 +56,7 @@ def ink(picture, top, half, colour, points, centre):
     bottom = top + sum(font(points).getmetrics())
     row = colour_mask(picture.crop((centre - half, top, centre + half, bottom)), colour)
     box = row.getbbox()
-    if box is None or abs((box[0] + box[2]) / 2 - half) > 3:
+    if box is None or abs((box[0] + box[2]) / 2 - half) > 4:
         return None
     return row.crop(box)
 

@@ -1,0 +1,349 @@
+"""Plays a LAN match with the real program on two machines of a small network, each with its own display, by real
+keys: names, a room, colours and time, every way out of a room, a fight, pauses and the end. Both pictures must
+agree, and every datagram is checked byte for byte. How long the guest's step takes from key to picture is printed.
+Ends with status 0 when all was as it should be, with 77 where no network can be made. Leaves pictures in
+build/end_to_end/.
+
+    lan_match.py [program]"""
+
+import statistics
+import subprocess
+import sys
+import time
+from contextlib import ExitStack, contextmanager
+from types import SimpleNamespace
+
+from PIL import ImageChops
+
+from game_driver import RELEASE_PROGRAM, Display, Game, save_picture, wait_until
+from game_screens import (BIG, BLACK, DARK, FRAME, HEIGHT, PLAYER_1, RED, WHITE, WIDTH, arrows_on, clock,
+                          land_punch, places, score, shows)
+from local_match import CORNERS, check, check_end, choose, pause, pick_pause_item, wait_for_main_menu, wait_for_match
+from network_lab import GAME_PORT, SKIPPED, Lab, Unavailable
+
+NAMES = {"host": "Anna", "guest": "Bob 2"}
+GROUP = "239.1.1.1"
+DIMMED = (14, 135, 35)  # dark text at alpha 75 over the menus' green
+COLUMNS = {"host": 200, "guest": 600}
+PREVIEW = (280, 320, 520, 384)  # a room's small fighters, without the host's arrows
+HOST_ROWS = (332, 416, 480, 544)
+STEPS_MEASURED = 20
+
+
+@contextmanager
+def running_game(lab, name, program):
+    with Display(WIDTH, HEIGHT) as display:
+        with lab[name].entered():
+            game = Game(display, program)
+        with game:
+            game.open_window()
+            yield game
+
+
+# The lobby
+
+def has_text(game, text, top, colour=DARK, **where):
+    game.wait_until(f'"{text}"', lambda picture: shows(picture, text, top, colour, **where))
+
+
+def has_name_entry(game, name):
+    has_text(game, name.rjust(10, "."), 256)
+    has_text(game, "Create", 384, DARK if name else DIMMED)
+
+
+def enter_lobby(game, name):
+    """From the main menu to the name entry, where the name is typed."""
+    wait_for_main_menu(game)
+    choose(game, "LAN")
+    has_name_entry(game, "")
+    game.press(*[{" ": "space"}.get(letter, letter) for letter in name])
+    has_name_entry(game, name)
+
+
+def open_room_list(game):
+    game.press("Down", "Return")
+    has_text(game, "ROOMS", 128)
+
+
+def has_empty_room(host):
+    has_text(host, "?", 256, DIMMED, centre=COLUMNS["guest"])
+    has_text(host, "Start Game", 480, DIMMED)
+    has_text(host, "Kick", 544, DIMMED)
+
+
+def create_room(play, *keys):
+    """By these keys from the host's name entry. Returns the room's id as the first announcement has it."""
+    start = time.time()
+    play.host.press(*keys)
+    room = tokens(wait_until("an announcement", lambda: play.lab.sent("a", start))[0].payload)[0]
+    has_text(play.host, f"ROOM: {room}", 128)
+    has_empty_room(play.host)
+    return room
+
+
+def marks_first_room(picture):
+    return arrows_on(picture, (80, 680), (256, 320)) == [1]
+
+
+def join_room(play, room):
+    """From the guest's room list until both see each other. Between two announcements, and when the guest may
+    speak again: the guest takes its own name from the next announcement, so the host must know it by then."""
+    has_text(play.guest, f"{NAMES['host']} ({room})", 256)
+    if not marks_first_room(play.guest.screenshot()):
+        play.guest.press("Down")
+    play.guest.wait_until("the cursor on row 1", marks_first_room)
+    silent = max([one.time + 1 for one in play.lab.sent("b")] + [time.time()])
+    wait_until("another announcement", lambda: play.lab.sent("a", silent))
+    time.sleep(3 * FRAME)
+    play.guest.press("Return")
+    for game in (play.host, play.guest):
+        has_text(game, f"ROOM: {room}", 128)
+        for role, column in COLUMNS.items():
+            has_text(game, NAMES[role], 256, centre=column)
+    has_text(play.host, "Start Game", 480)
+
+
+def go_to_row(host, row):
+    """Moves the host's arrows from one row of its room to the next."""
+    host.press("Down")
+    host.wait_until(f"row {row} marked", lambda picture: arrows_on(picture, (215, 545), HOST_ROWS) == [row])
+
+
+def same_picture(play, truth=places):
+    """Waits until both games show the very same, which also satisfies `truth`; returns it."""
+    def same():
+        host, guest = play.host.screenshot(), play.guest.screenshot()
+        return ImageChops.difference(host, guest).getbbox() is None and truth(host) and host
+    return wait_until("the same picture on both machines", same)
+
+
+# Datagrams
+
+def message(letter, *values):
+    """A datagram as it must be on the wire."""
+    text = letter + " ".join(f"{len(str(value))} {value}" for value in values)
+    return text.encode().ljust(150, b"\0")
+
+
+def tokens(payload):
+    """The values of a message, as texts."""
+    text, values = payload[1:].rstrip(b"\0").decode(), []
+    while text:
+        length, _, rest = text.partition(" ")
+        values.append(rest[:int(length)])
+        text = rest[int(length) + 1:]
+    return values
+
+
+def check_envelopes(lab):
+    counts = dict(zip("abcdefghi", (6, 2, 3, 2, 22, 6, 2, 2, 2)))
+    for one in lab.datagrams:
+        letter, values = chr(one.payload[0]), tokens(one.payload)
+        check(f"{one} is a message, padded to 150 bytes",
+              one.payload == message(letter, *values) and len(values) == counts.get(letter))
+        receiver = GROUP if letter in "ah" else lab["guest" if one.sender == "host" else "host"].address
+        check(f"{one} goes from port to port, to {receiver}",
+              (one.source, one.destination) == ((lab[one.sender].address, GAME_PORT), (receiver, GAME_PORT)))
+
+
+def check_lobby(lab, first, second):
+    host, guest = NAMES.values()
+    announced = [one.payload for one in lab.sent("a")]
+    for values in ((first, host, "", 120, 1, 2), (first, host, guest, 120, 1, 2), (first, host, guest, 120, 2, 1),
+                   (first, host, guest, 90, 2, 1), (first, host, "", 90, 2, 1), (second, host, guest, 90, 2, 1)):
+        check(f"{values} is announced next", message("a", *values) in announced)
+        del announced[:announced.index(message("a", *values))]
+    for letter, sender, values in (("b", "guest", {(first, guest), (second, guest)}), ("c", "host", {(second, 2, 1)}),
+                                   ("d", "guest", {(second, guest)}), ("g", "host", {(first, host)}),
+                                   ("h", "host", {(first, host)}), ("i", "guest", {(first, guest), (second, guest)})):
+        sent = {(one.sender, one.payload) for one in lab.sent(letter)}
+        check(f"{sent} is {values}", sent == {(sender, message(letter, *value)) for value in values})
+    count = [len(lab.sent(letter)) for letter in "ghi"]
+    check(f"one kick, three cancels, one and three leaves: {count}", count == [1, 3, 4])
+    check("the start is sent three times a frame", len(lab.sent("c")) % 3 == 0)
+    times = [one.time for one in lab.sent("a")]
+    gaps = [after - before for before, after in zip(times, times[1:])]
+    check(f"a room is announced once a second: {gaps}", min(gaps) > 0.99 and statistics.median(gaps) < 1.1)
+
+
+def check_match(lab, room):
+    for letter in "ef":
+        values = [tokens(one.payload) for one in lab.sent(letter)]
+        check(f"'{letter}' has the room and numbers",
+              all(one[0] == room and one[1:] == [str(int(number)) for number in one[1:]] for one in values))
+        counters = [int(one[1]) for one in values]
+        check(f"the counters of '{letter}' rise", all(a < b for a, b in zip(counters, counters[1:])))
+        check(f"'{letter}' tells of both pauses", {one[-1] for one in values} == {"0", "1", "2"})
+    fresh = tokens(lab.sent("e")[0].payload)[2:]
+    del fresh[16], fresh[7], fresh[-2]  # the idle poses, which go by the frame, and the clock
+    check(f"{fresh} is a fresh match", fresh == "10 10 0 0 1 0 0 0 86 54 1 0 0 0 0 0 0".split())
+
+
+def told(datagram):
+    """Of a game state: the places of guest and host, their points and the clock."""
+    values = [int(text) for text in tokens(datagram.payload)[1:]]
+    return tuple(values[10:12]), tuple(values[1:3]), values[9], values[18], values[19]
+
+
+def shown(picture):
+    white, black = places(picture)
+    return white[:2], black[:2], score(picture, 1), score(picture, 2), clock(picture)
+
+
+# The way through
+
+def meet(play):
+    """The room shows on the other machine within two seconds."""
+    enter_lobby(play.guest, NAMES["guest"])
+    open_room_list(play.guest)
+    enter_lobby(play.host, NAMES["host"])
+    start = time.time()
+    play.first_room = create_room(play, "Up", "Return")
+    has_text(play.guest, f"{NAMES['host']} ({play.first_room})", 256)
+    check(f"the room is listed within two seconds, not {time.time() - start:.1f} s", time.time() - start < 2)
+    save_picture(play.guest.screenshot(), "lan_room_list")
+    join_room(play, play.first_room)
+
+
+def set_up(play):
+    """The guest's page follows the host's colours and time."""
+    def follows():
+        host, guest = (game.screenshot().crop(PREVIEW) for game in (play.host, play.guest))
+        return ImageChops.difference(host, guest).getbbox() is None and host.tobytes()
+    before = wait_until("the same first colours", follows)
+    play.host.press("Return")
+    wait_until("the same new colours", lambda: follows() not in (False, before))
+    go_to_row(play.host, 2)
+    play.host.press("Return", "Return", "Return")
+    for name in NAMES:
+        has_text(getattr(play, name), "Time: 01:30", 416)
+        save_picture(getattr(play, name).screenshot(), f"lan_room_of_{name}")
+
+
+def part_and_return(play):
+    """The host kicks, the guest leaves, the host closes the room and opens another."""
+    go_to_row(play.host, 3)
+    go_to_row(play.host, 4)
+    for game, key in ((play.host, "Return"), (play.guest, "Escape")):
+        game.press(key)
+        has_text(play.guest, "ROOMS", 128)
+        has_empty_room(play.host)
+        join_room(play, play.first_room)
+    play.host.press("Escape")
+    has_name_entry(play.host, NAMES["host"])
+    play.guest.wait_until("an empty list", lambda picture: len(picture.crop((160, 192, 640, 640)).getcolors()) == 1)
+    play.room = create_room(play, "Return")
+    join_room(play, play.room)
+
+
+def fight(play):
+    """Both land a punch; both machines show the same, and it is what was told."""
+    play.host.press("Up", "Return")
+    for game in (play.host, play.guest):
+        wait_for_match(game, 90, CORNERS[::-1])  # black is the host's colour now
+    save_picture(same_picture(play), "lan_match")
+    for player, game, colour in ((1, play.host, BLACK), (2, play.guest, WHITE)):
+        points, picture = land_punch(game, PLAYER_1, player, colour)
+        check(f"player {player} scores 1 or 2 with a punch, not {points}", points in (1, 2))
+        save_picture(picture, f"lan_hit_by_player_{player}")
+    picture = same_picture(play)
+    states = {told(one) for one in play.lab.sent("e", time.time() - 1)}
+    check(f"{shown(picture)} is one of {states}", shown(picture) in states)
+
+
+def measure_step(play, keyboard, key):
+    """Times in s from the key to the controls told, to the state that answers, to the guest's own picture."""
+    def row():
+        seen = places(play.guest.screenshot())
+        return seen and seen[0].y
+
+    def stands():
+        told_rows = {int(tokens(one.payload)[12]) for one in play.lab.sent("e", time.time() - 0.3)}
+        return told_rows == {row()}
+    wait_until("the guest stands", stands)
+    stood, begin = row(), time.time()
+    print("keydown --delay 0", key, file=keyboard.stdin, flush=True)
+    while row() in (stood, None):
+        check("the guest steps", time.time() < begin + 3)
+    picture = time.time()
+    print("keyup --delay 0", key, file=keyboard.stdin, flush=True)
+    controls = next(one.time for one in play.lab.sent("f", begin) if tokens(one.payload)[3] != "0")
+    state = next(one.time for one in play.lab.sent("e", begin) if tokens(one.payload)[12] != str(stood))
+    return controls - begin, state - begin, picture - begin
+
+
+def measure_delay(play):
+    """Printed only. The picture is polled, so its time is late by half a look on average."""
+    keys = ("Down", "Up") if places(same_picture(play))[0].y < 32 else ("Up", "Down")
+    with subprocess.Popen(["xdotool", "-"], stdin=subprocess.PIPE, text=True,
+                          env={"DISPLAY": play.guest.display.name}) as keyboard:
+        times = [measure_step(play, keyboard, keys[number % 2]) for number in range(STEPS_MEASURED)]
+    for what, values in zip(("controls told", "state told", "guest's picture"), zip(*times)):
+        median = statistics.median(values)
+        print(f"  from the guest's key to the {what}: median {1000 * median:.0f} ms, {median / FRAME:.1f} frames; "
+              f"at most {1000 * max(values):.0f} ms", flush=True)
+
+
+def pause_on_each_side(play):
+    """A pause crosses over, names its maker, stops the clock, offers no restart and is ended by its maker alone."""
+    for name, game, other in (("host", play.host, play.guest), ("guest", play.guest, play.host)):
+        pause(game)
+        has_text(other, f"Paused by {NAMES[name]}", 512, RED)
+        save_picture(other.screenshot(), f"lan_paused_by_{name}")
+        before = clock(other.screenshot())
+        other.press("Escape")
+        pick_pause_item(game, 2)
+        time.sleep(2)
+        for one, line in ((game, "Press ESC to resume"), (other, f"Paused by {NAMES[name]}")):
+            picture = one.screenshot()
+            check("the pause lasts", shows(picture, line, 512, RED) and clock(picture) == before)
+            check("Restart is dimmed", not shows(picture, "Restart", 320, DARK))
+        game.press("Up", "Escape")
+        picture = same_picture(play)
+        check("nothing was restarted", min(score(picture, 1), score(picture, 2)) > 0)
+
+
+def quit_match(play):
+    pause(play.guest)
+    pick_pause_item(play.guest, 3)
+    wait_for_main_menu(play.guest)
+    has_text(play.host, "Game Over", 32, points=BIG)
+    has_text(play.host, "Disconnected", 128)
+    has_text(play.host, "LAN Games", 448, RED)
+    save_picture(play.host.screenshot(), "lan_end_screen")
+    play.host.press("Return")
+    has_name_entry(play.host, NAMES["host"])
+    play.host.close_window()
+    check_end(play.host)
+    choose(play.guest, "Exit")
+    check_end(play.guest)
+
+
+def check_traffic(play):
+    check_envelopes(play.lab)
+    check_lobby(play.lab, play.first_room, play.room)
+    check_match(play.lab, play.room)
+
+
+STEPS = (meet, set_up, part_and_return, fight, measure_delay, pause_on_each_side, quit_match, check_traffic)
+
+
+def run(steps, other_machines=()):
+    """Opens the game on both machines and takes the steps. Each step gets the network and the two games."""
+    program = sys.argv[1] if len(sys.argv) > 1 else RELEASE_PROGRAM
+    try:
+        lab = Lab(tuple(NAMES), other_machines)
+    except Unavailable as reason:
+        print(f"skipped: {reason}")
+        sys.exit(SKIPPED)
+    with ExitStack() as stack:
+        games = {name: stack.enter_context(running_game(lab, name, program)) for name in NAMES}
+        play = SimpleNamespace(lab=lab, stack=stack, program=program, **games)
+        for step in steps:
+            begin = time.monotonic()
+            step(play)
+            print(f"{step.__name__.replace('_', ' ')}: {time.monotonic() - begin:.1f} s", flush=True)
+
+
+if __name__ == "__main__":
+    run(STEPS)
