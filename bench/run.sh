@@ -1,5 +1,5 @@
 #!/bin/bash
-# Builds and runs the measurements: what a frame costs, then whether ten minutes of play leave memory as it
+# Builds and runs the measurements: what a frame costs, what a match message costs, then whether ten minutes of play leave memory as it
 # was. Without a display, the accelerated renderer is measured on a virtual one if Xvfb is installed.
 
 set -euo pipefail
@@ -18,4 +18,5 @@ if [[ -z ${DISPLAY:-} ]] && command -v Xvfb >/dev/null; then
   export DISPLAY=:$display
 fi
 build/bench/bench/frame_benchmark
+build/bench/bench/message_benchmark
 build/bench/bench/soak

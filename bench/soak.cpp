@@ -23,6 +23,8 @@
 
 namespace {
 
+constexpr int lan_item = 3;  // of the main menu
+
 constexpr int frames_per_minute = 1800;
 constexpr int first_fight_time = 15;  // s; short matches, so that the first minute sees every screen
 constexpr long noise = 64;            // KiB that allocators and first uses of library code come to
@@ -103,9 +105,10 @@ void type_keys(const state_object *state) {
   if (!one_in(menu_odds)) return;
   constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN};
   const SDL_Keycode key = keys[dice() % std::size(keys)];
-  const bool on_exit = state->current_state == screen_main_menu &&
-                       static_cast<const main_menu_screen *>(state->screen)->selected == main_menu_item_count;
-  if (key == SDLK_RETURN && on_exit) return;  // it would end the run
+  // "Exit" would end the run, and "LAN" would wait for another machine.
+  const bool in_menu = state->current_state == screen_main_menu;
+  const int item = in_menu ? static_cast<const main_menu_screen *>(state->screen)->selected : 0;
+  if (key == SDLK_RETURN && (item == main_menu_item_count || item == lan_item)) return;
   type_key(key);
   if (in_game && key == SDLK_RETURN && game->pause_selection == pause_item_restart) ++seen.restarts;
 }
