@@ -299,6 +299,7 @@ void update_host_room(lan_menu_state *lobby, int ready) {
 
 void update_joined_room(lan_menu_state *lobby, int ready) {
   receive_one(ready);
+  if (lobby->mode != page_joined_room) return;  // sent away just now, there is nobody to answer
   if (send_is_due(lobby, ready)) {
     net_setup_p2p_struct();
     messages_joined_game();

@@ -269,9 +269,10 @@ def measure_step(play, keyboard, key):
         check("the guest steps", time.time() < begin + 3)
     picture = time.time()
     print("keyup --delay 0", key, file=keyboard.stdin, flush=True)
-    controls = next(one.time for one in play.lab.sent("f", begin) if tokens(one.payload)[3] != "0")
-    state = next(one.time for one in play.lab.sent("e", begin) if tokens(one.payload)[12] != str(stood))
-    return controls - begin, state - begin, picture - begin
+    told = [wait_until("the step told", lambda: [one.time for one in play.lab.sent(letter, begin) if moves(one)])[0]
+            for letter, moves in (("f", lambda controls: tokens(controls.payload)[3] != "0"),
+                                  ("e", lambda state: tokens(state.payload)[12] != str(stood)))]
+    return [moment - begin for moment in (*told, picture)]
 
 
 def measure_delay(play):
