@@ -86,14 +86,18 @@ def marks_first_room(picture):
 
 
 def join_room(play, room):
-    """From the guest's room list until both see each other. Between two announcements, and when the guest may
-    speak again: the guest takes its own name from the next announcement, so the host must know it by then."""
+    """From the guest's room list until both see each other. Between two announcements a second apart, and when
+    the guest may speak again: the guest takes its own name from the next announcement, so the host must know it
+    by then."""
+    def announced_on_time():
+        times = [one.time for one in play.lab.sent("a")]
+        return times[-1] > silent and times[-1] - times[-2] > 0.5
     has_text(play.guest, f"{NAMES['host']} ({room})", 256)
     if not marks_first_room(play.guest.screenshot()):
         play.guest.press("Down")
     play.guest.wait_until("the cursor on row 1", marks_first_room)
     silent = max([one.time + 1 for one in play.lab.sent("b")] + [time.time()])
-    wait_until("another announcement", lambda: play.lab.sent("a", silent))
+    wait_until("another announcement, on time", announced_on_time)
     time.sleep(3 * FRAME)
     play.guest.press("Return")
     for game in (play.host, play.guest):
