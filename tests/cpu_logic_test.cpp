@@ -140,25 +140,3 @@ TEST(cpu_logic, only_steps_aside_while_stacked) {
     EXPECT_EQ(decide({later, 1, 5000, 7, 0, later}, 0, {x, 50, 1}, opposite, {1, 0}).direction, 2);
   }
 }
-
-TEST(cpu_logic, decisions_become_controls) {
-  bare_match match(0);
-  fighter &me = *match.game.fighter2;
-  const int velocities[][2] = {{0, 0},     {0, -20},  {0, 20},   {-16, 0}, {16, 0},
-                               {-16, -20}, {16, -20}, {-16, 20}, {16, 20}};
-  cpu_logic cpu = {later, 1, later, 0, 0, 0};
-  for (const auto &[vel_x, vel_y] : velocities) {
-    cpu_logic_state_intructions(&cpu, &me);
-    EXPECT_EQ(std::tie(me.vel_x, me.vel_y, me.punch_phase), std::make_tuple(vel_x, vel_y, 0));
-    ++cpu.direction;
-  }
-  cpu = {later, 1, later, 0, 1, 0};
-  me.punch_phase = 6;
-  cpu_logic_state_intructions(&cpu, &me);
-  EXPECT_EQ(std::tie(me.punch_phase, cpu.punch_request), std::make_tuple(6, 1)) << "waits for the last punch";
-  me.punch_phase = 0;
-  world.ticks = 5000;
-  world.draws = {799};
-  cpu_logic_state_intructions(&cpu, &me);
-  EXPECT_EQ(std::tie(me.punch_phase, cpu.punch_request, cpu.next_punch_at), std::make_tuple(1, 0, 5499));
-}

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "app/context.h"
-#include "fight/cpu_logic.h"
 #include "fight/fighter.h"
 #include "tests/support/stage.h"
 
@@ -77,22 +76,6 @@ TEST(game, pause_holds_fighters_and_clock_but_not_keys) {
   }
 }
 
-TEST(game, restart_begins_afresh) {
-  bare_match match(0);
-  const game_state &game = match.game;
-  game.cpu->plan = 3;
-  game.fighter1->score = 7;
-  game.fighter2->x = 300;
-  match.game.distance = 9;
-  context.fight_time = 75;
-  world.seconds = 2000;
-  push_keys("EDR");
-  game_handle_input();
-  EXPECT_EQ(std::tie(game.cpu->plan, game.fighter1->score, game.fighter2->x, game.distance, game.time_left,
-                     game.end_time),
-            std::make_tuple(0, 0, 476, 0, 75, 2075));
-}
-
 TEST(game, ends_at_99_points_or_at_the_end_of_time) {
   const struct {
     int score1, score2, time_left;
@@ -138,28 +121,5 @@ TEST(game, end_screen_follows_after_two_seconds_of_dropped_events) {
     EXPECT_EQ(std::tie(match.game.fighting, match.game.time_left, match.machine.next_state),
               std::tie(frame.fighting, frame.time_left, frame.next_state));
     EXPECT_EQ(match.game.paused | match.game.fighter1->vel_y, 0);
-  }
-}
-
-TEST(game, cpu_plays_fighter_2_until_the_end) {
-  bare_match match(0);
-  const fighter &cpu = *match.game.fighter2;
-  world.ticks = 5000;
-  world.draws = {2, 0, 0, 1, 1, 1};  // attack until 6000; this course until 5100; no punch
-  run_frame();
-  EXPECT_EQ(std::tie(cpu.x, cpu.y, match.game.distance), std::make_tuple(460, 330, 72));
-  EXPECT_TRUE(world.draws.empty());
-  match.game.time_left = 0;
-  world.ticks = 9000;
-  run_frame();  // draws nothing
-  EXPECT_EQ(std::tie(cpu.x, cpu.y), std::make_tuple(460, 330));
-}
-
-TEST(game, distance_is_what_lies_between_the_bodies) {
-  bare_match match(1);
-  for (const auto &[x2, distance] :
-       {std::pair{476, 76}, {172, 0}, {96, -19}, {57, -10}, {16, 1}, {-64, 21}}) {
-    match.game.fighter2->x = x2;  // its body 76 further right; fighter 1's at 172
-    EXPECT_EQ(game_opponents_distance_x(match.game.fighter1, match.game.fighter2), distance) << x2;
   }
 }

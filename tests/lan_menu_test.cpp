@@ -193,25 +193,3 @@ TEST_F(lan_menu, update_sends_every_second_receives_and_forgets_who_is_silent) {
     net_discard_pending();
   }
 }
-
-TEST_F(lan_menu, host_room_is_faint_without_a_guest) {
-  constexpr layout tall = {800, 700, 14, 28, 46, 40, 35, {}};
-  for (const std::uint8_t guest : {std::uint8_t{0}, std::uint8_t{1}}) {
-    const SDL_Color color = guest ? dark : SDL_Color{14, 135, 35, 255};
-    open(2, guest);
-    lan_render();
-    paint_fill({0, 0, 800, 700}, menu_green);
-    paint_text("LAN", 46, dark, 400, 35);
-    paint_menu_arrows("Start Game", tall, 363);
-    const std::tuple<const char *, int, int> texts[] = {
-        {"ROOM: Rb4kT8mA", 400, 140}, {"Host", 200, 210},
-        {"Joined", 600, 210},         {"Bob", 200, 280},
-        {"Time: 02:00", 400, 455},    {guest ? "Ada" : "?", 600, 280},
-        {"Start Game", 400, 525},     {"Kick", 400, 595}};
-    for (int i = 0; const auto &[text, column, y] : texts)
-      paint_text(text, 28, i++ < 5 ? dark : color, column, y);
-    paint_fighter(304, 350, *graphics_get_color(1), {0}, 2, 2);
-    paint_fighter(420, 350, *graphics_get_color(2), {1}, 2, 2);
-    EXPECT_EQ(difference(world.shown, read_picture()), "") << +guest;
-  }
-}

@@ -35,25 +35,6 @@ struct decoded {
 
 }  // namespace
 
-TEST(token_list, appends_tokens) {
-  char buffer[150] = "a";
-  EXPECT_STREQ(concat_str_to_buffer("a b", 3, buffer), "a3 a b");
-  EXPECT_STREQ(concat_int_to_buffer(120, buffer), "a3 a b3 120");
-  EXPECT_STREQ(concat_str_to_buffer("", 0, buffer), "a3 a b3 1200 ");
-  const std::pair<int, const char *> numbers[] = {{0, "1 0"},
-                                                  {-1, "2 -1"},
-                                                  {999999999, "9 999999999"},
-                                                  {1234567890, "9 123456789"},
-                                                  {INT_MIN, "9 -21474836"}};
-  for (const auto &[value, token] : numbers) {
-    char text[20] = "";
-    EXPECT_STREQ(concat_int_to_buffer(value, text), token);
-  }
-  char length[5] = "xxxx";
-  get_string_length_of_token(length, sizeof length, "ten bytes.");
-  EXPECT_EQ(std::string(length, sizeof length), std::string("10\0\0\0", 5));
-}
-
 TEST(token_list, splits_a_message) {
   const std::string most(500, 'm');
   const std::tuple<std::string, int, strings> cases[] = {
@@ -80,14 +61,6 @@ TEST(token_list, splits_a_message) {
     EXPECT_EQ(decoded.result, result) << text;
     EXPECT_EQ(decoded.data(), data) << text;
   }
-}
-
-TEST(token_list, finds_the_nth_character) {
-  EXPECT_EQ(find_n_char("a b c", ' ', 1, 1), 1);
-  EXPECT_EQ(find_n_char("a b c", ' ', 2, 0), 3);
-  EXPECT_EQ(find_n_char("a b c", ' ', 2, 2), -1);
-  EXPECT_EQ(find_n_char("a b c", '\0', 1, 0), -1);
-  EXPECT_EQ(find_n_char("a b c", ' ', 1, 9), -1);
 }
 
 TEST(token_list, reads_tokens_as_texts) {

@@ -20,19 +20,6 @@ TEST(utility, overlap_needs_a_common_pixel) {
   }
 }
 
-TEST(utility, clock_text) {
-  char text[20];
-  for (const auto &[seconds, expected] : {std::pair{120, "02:00"},
-                                          {75, "01:15"},
-                                          {59, "00:59"},
-                                          {0, "00:00"},
-                                          {-5, "00:00"},
-                                          {6000, "100:00"}}) {
-    seconds_to_time(seconds, text);
-    EXPECT_STREQ(text, expected);
-  }
-}
-
 TEST(utility, random_text_takes_a_class_and_a_character) {
   world.draws = {1, 8, 2, 24, 3, 24, 4, 9, 5, 25, 0, 26, 7, 0, 8, 1};
   char text[] = "..........";

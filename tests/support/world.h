@@ -10,21 +10,18 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "app/state_machine.h"
-
-struct picture {
-  int width = 0;               // pixels
-  std::vector<Uint32> pixels;  // 0xRRGGBB, row by row
-};
 
 struct world_record {
   Uint32 ticks = 0;                    // ms, the tick counter; SDL_Delay moves it on
   std::time_t seconds = 1000;          // s, the system clock
   unsigned seed = 0;                   // what srand was last given
   std::deque<int> draws;               // what rand gives; a draw beyond them fails the test
+  std::mt19937 *dice = nullptr;        // what rand gives instead, where it is set
   std::map<std::string, int> failing;  // the call of a function that is to fail from now on, 0 for all
   std::function<void()> on_delay;      // runs in every SDL_Delay
   std::vector<Uint32> delays;          // ms of every SDL_Delay
@@ -32,10 +29,6 @@ struct world_record {
   int textures = 0;                    // made and not yet destroyed
   std::string sounds;                  // "hit ", "miss ", "bell " as they were played
   std::string texts;                   // every rendered text and a bar
-  picture shown;                       // the frame last presented
   const screen_entry *(*find_screen)(int) = 0;  // in place of the table of screens
 };
 extern world_record world;
-
-// What is on the renderer now.
-picture read_picture();
