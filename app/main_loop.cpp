@@ -67,6 +67,10 @@ struct received {
 };
 constexpr int drain_limit = 2;   // counted messages read per frame, so that a backlog shrinks
 constexpr int render_time = 10;  // ms of the frame that waiting leaves to the rendering
+constexpr int flood = 200;       // other machines' datagrams in a frame; the system's queue holds some 250
+constexpr int flood_nap = 2;     // ms of sleep in which a flood does not fill that queue
+
+int strangers = 0;  // datagrams of other machines since the frame before began to sleep
 
 bool in_lan_match(bool as_host) {
   return context.state_machine->current_state == screen_game && context.game_mode == mode_lan &&
@@ -97,6 +101,7 @@ void drain_socket(const drain &drain) {
   received datagram = {};
   while (counted < drain_limit && receive(drain, &datagram)) {
     if (datagram.length == from_stranger) {
+      ++strangers;
       if (spent_in_frame() >= screen_tick_per_frame) break;
       continue;
     }
@@ -110,10 +115,26 @@ void drain_socket(const drain &drain) {
   if (counted != 0) interpret_message(last.text, last.length);
 }
 
+// Sleeps out the rest of the frame in short naps. In one long sleep a flood of other machines' datagrams
+// would fill the system's queue, and the peer's would be lost.
+void nap_through_flood(int rest) {
+  for (; rest > 0; rest = std::min(rest - 1, screen_tick_per_frame - spent_in_frame())) {
+    SDL_Delay(static_cast<Uint32>(std::min(rest, flood_nap)));
+    strangers += net_discard_strangers();
+  }
+}
+
 // Sleeps out the rest of the frame. A frame over its budget is not made up for later.
 void cap_frame() {
-  const int spent = spent_in_frame();
-  if (spent < screen_tick_per_frame) SDL_Delay(static_cast<Uint32>(screen_tick_per_frame - spent));
+  const int rest = screen_tick_per_frame - spent_in_frame();
+  const bool flooded = strangers > flood;
+  strangers = 0;
+  if (rest <= 0) return;
+  if (flooded) {
+    nap_through_flood(rest);
+  } else {
+    SDL_Delay(static_cast<Uint32>(rest));
+  }
 }
 
 void run_frame(state_object *state) {

@@ -166,6 +166,19 @@ void net_discard_pending() {
   }
 }
 
+int net_discard_strangers() {
+  for (int discarded = 0; discarded < pending_limit; ++discarded) {
+    sockaddr_in from = {};
+    const bool queued =
+        socket_wait(socket_in_out, socket_readable, 0, 0) > 0 && socket_peek(socket_in_out, &from);
+    if (!queued || net_sender_ip_match(inet_ntoa(from.sin_addr)) != 0) return discarded;
+    char byte = 0;
+    socket_length length = sizeof from;
+    socket_receive(socket_in_out, &byte, sizeof byte, &from, &length);
+  }
+  return pending_limit;
+}
+
 int net_check_descriptor(int seconds, int microseconds, int which) {
   const int ready = socket_wait(socket_in_out, which, seconds, microseconds);
   return report(ready >= 0, "Code 25, select failed -") ? ready : 0;

@@ -84,6 +84,9 @@ int net_receive_udp(char *buffer, int size);
 int net_receive_from_peer(char *buffer, int size);
 // Throws away what has queued up on the socket while nobody listened.
 void net_discard_pending();
+// Throws away the datagrams of other machines than the peer that are next in the queue, at most a queue full
+// of them; the peer's stay. Returns how many.
+int net_discard_strangers();
 // Waits at most the given time until the socket is ready for one of `which`, a sum of net_readiness. Returns
 // the sum of those it is ready for; 0 when the time has passed and, with a line, on failure.
 int net_check_descriptor(int seconds, int microseconds, int which);

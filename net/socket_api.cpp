@@ -42,6 +42,13 @@ bool join_on_loopback(socket_handle socket, in_addr group) {
   return set_option(socket, IPPROTO_IP, IP_ADD_MEMBERSHIP, request);
 }
 
+int receive(socket_handle socket, char *bytes, int most, int flags, sockaddr_in *from,
+            socket_length *length) {
+  const int received = recvfrom(socket, bytes, most, flags, reinterpret_cast<sockaddr *>(from), length);
+  if (received == SOCKET_ERROR && WSAGetLastError() == WSAEMSGSIZE) return most;  // cut, and taken
+  return received;
+}
+
 // A set of Winsock holds any handle.
 bool fits_a_set(socket_handle) {
   return true;
@@ -68,12 +75,6 @@ int socket_close(socket_handle socket) {
   return closesocket(socket);
 }
 
-int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *from, socket_length *length) {
-  const int received = recvfrom(socket, bytes, most, 0, reinterpret_cast<sockaddr *>(from), length);
-  if (received == SOCKET_ERROR && WSAGetLastError() == WSAEMSGSIZE) return most;  // cut, and taken
-  return received;
-}
-
 #else
 
 namespace {
@@ -88,6 +89,12 @@ bool join_on_loopback(socket_handle socket, in_addr group) {
   request.imr_address.s_addr = htonl(INADDR_LOOPBACK);
   request.imr_ifindex = static_cast<int>(if_nametoindex("lo"));
   return set_option(socket, IPPROTO_IP, IP_ADD_MEMBERSHIP, request);
+}
+
+int receive(socket_handle socket, char *bytes, int most, int flags, sockaddr_in *from,
+            socket_length *length) {
+  return static_cast<int>(recvfrom(socket, bytes, static_cast<byte_count>(most), flags,
+                                   reinterpret_cast<sockaddr *>(from), length));
 }
 
 // A set is an array of bits: a handle outside of it must not be put in.
@@ -115,11 +122,6 @@ int socket_close(socket_handle socket) {
   return close(socket);
 }
 
-int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *from, socket_length *length) {
-  return static_cast<int>(
-      recvfrom(socket, bytes, static_cast<byte_count>(most), 0, reinterpret_cast<sockaddr *>(from), length));
-}
-
 #endif
 
 bool socket_set_option(socket_handle socket, int level, int option, int value) {
@@ -141,6 +143,16 @@ bool socket_bind(socket_handle socket, const sockaddr_in &address) {
 int socket_send(socket_handle socket, const char *bytes, int count, const sockaddr_in &to) {
   return static_cast<int>(sendto(socket, bytes, static_cast<byte_count>(count), 0,
                                  reinterpret_cast<const sockaddr *>(&to), sizeof to));
+}
+
+int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *from, socket_length *length) {
+  return receive(socket, bytes, most, 0, from, length);
+}
+
+bool socket_peek(socket_handle socket, sockaddr_in *from) {
+  char byte = 0;
+  socket_length length = sizeof *from;
+  return receive(socket, &byte, sizeof byte, MSG_PEEK, from, &length) >= 0;
 }
 
 int socket_wait(socket_handle socket, int sets, int seconds, int microseconds) {

@@ -4,6 +4,7 @@
 
 #include <arpa/inet.h>
 
+#include <cstring>
 #include <sstream>
 
 #include "app/context.h"
@@ -227,4 +228,31 @@ TEST_F(received, queue_is_drained_two_messages_a_frame) {
     net_discard_pending();
   }
   socket_close(stranger);
+}
+
+TEST_F(received, flood_is_thrown_away_while_the_frame_sleeps) {
+  enter(2);
+  reset();
+  netInfo.is_host = 1;
+  const auto send = [&](int strangers) {
+    for (int i = 0; i < strangers; ++i) socket_send(link.others[2], "junk", 4, bindAddr);
+  };
+  fromAddr = {};
+  context.state_machine->handle_input = [] {};
+  context.state_machine->update = [] { context.state_machine->next_state = ++frames == 3 ? 6 : 0; };
+  context.state_machine->render = [] {};
+  frames = 0;
+  std::strcpy(netInfo.peer_ip, "127.0.0.2");
+  world.on_delay = [&] {
+    if (frames == 1) send(1);
+  };
+  send(201);
+  context_loop();
+  EXPECT_EQ(world.delays.size(), 17u + 1 + 1) << "naps after the first frame alone";
+  EXPECT_EQ(net_check_descriptor(0, 0, net_readable), 0);
+  for (const char *sender : {"127.0.0.2", "127.0.0.1"}) {
+    std::strcpy(netInfo.peer_ip, sender);
+    send(3);
+    EXPECT_EQ(net_discard_strangers(), sender[8] == '2' ? 3 : 0) << "the peer's stay";
+  }
 }
