@@ -12,8 +12,7 @@ constexpr int later = 9000;  // ms; it is 5000 now
 struct place {
   int x, y, side;
 };
-constexpr place start = {86, 54, 1}, opposite = {10, 10, 0}, far_right = {96, 10, 0};
-constexpr place left = {5, 7, 0}, left_top = {5, 0, 0}, left_edge = {0, 7, 0};
+constexpr place start = {86, 54, 1}, opposite = {10, 10, 0};
 constexpr place top_corner = {0, 0, 0}, bottom_corner = {0, 64, 0};
 constexpr place high = {60, 10, 1};  // its lower glove, on rows 34 to 41, is level with...
 constexpr place level = {10, 22, 0}, low = {10, 60, 0};  // ...the nose of the first of these
@@ -70,27 +69,11 @@ TEST(cpu_logic, chooses_a_direction_by_its_plan) {
                {2, start, opposite, {0, 1}, 6, 5400},
                {2, start, opposite, {399, 2}, 4, 5799},
                {2, start, opposite, {400, 3}, 8, 5400},
-               {2, left, start, {0, 1}, 5, 5400},
-               {2, left, start, {0, 2}, 3, 5400},
-               {2, left, start, {0, 0}, 7, 5400},
-               {2, left_top, start, {0, 1}, 3, 5400},
-               {2, left_top, start, {0, 2, 0}, 1, 5400},
-               {2, left_top, start, {0, 2, 1}, 2, 5400},
-               {2, left_edge, start, {0, 1}, 1, 5400},
-               {2, left_edge, start, {0, 0}, 2, 5400},
                {2, top_corner, start, {0, 1}, 3, 5400},
                {2, bottom_corner, start, {0, 0}, 3, 5400},
                {4, start, opposite, {}, 0, 5000},
                {3, high, level, {0}, 3, 5100},
                {3, {10, 10, 0}, {60, 22, 1}, {399}, 4, 5499},
-               {3, high, {10, 17, 0}, {0}, 7, 5100},
-               {3, high, {10, 18, 0}, {0}, 3, 5100},
-               {3, high, {10, 26, 0}, {0}, 3, 5100},
-               {3, high, {10, 27, 0}, {0}, 7, 5100},
-               {3, {60, 24, 1}, opposite, {0}, 7, 5100},
-               {3, {60, 25, 1}, opposite, {0}, 5, 5100},
-               {3, {10, 24, 0}, far_right, {0}, 8, 5100},
-               {3, {10, 25, 0}, far_right, {0}, 6, 5100},
                {3, {60, 64, 1}, {10, 53, 0}, {0}, 1, 5100},
                {3, {60, 64, 1}, {10, 52, 0}, {0}, 7, 5100},
                {3, {60, 52, 1}, {10, 53, 0}, {0}, 7, 5100}};

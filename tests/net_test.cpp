@@ -187,16 +187,6 @@ TEST(net, reports_what_the_socket_refuses) {
   EXPECT_EQ(netInfo.sent_msg_number, 0u);
 }
 
-TEST(net, tells_what_the_socket_is_ready_for) {
-  udp_link link;
-  for (const int readable : {0, 1}) {
-    EXPECT_EQ(net_check_descriptor(0, 0, 1), readable);
-    EXPECT_EQ(net_check_descriptor(0, 0, 2), 2);
-    EXPECT_EQ(net_check_descriptor(0, 0, 3), 2 + readable);
-    link.send("a");
-  }
-}
-
 TEST(net, knows_addresses_from_other_texts) {
   for (const char *valid : {"192.168.1.10", "0.0.0.0", "255.255.255.255", "10.0.100.1"}) {
     EXPECT_EQ(net_validate_ip4(valid), 1) << valid;
