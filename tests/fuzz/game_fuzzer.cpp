@@ -23,7 +23,6 @@
 #include "net/peer_list.h"
 #include "screens/lan_room.h"
 
-// clang-format off
 #define ENDS(text) (std::memchr(text, 0, sizeof(text)) != nullptr)
 
 struct world_record {
@@ -36,21 +35,33 @@ struct world_record {
 } world;
 long taken = 0;  // blocks and textures not given back yet
 
-constexpr struct start { int screen, game_mode, page, is_host, paired; } starts[] = {
-    {screen_main_menu, 0, 0, 0, 0}, {screen_options, 0, 0, 0, 0}, {screen_end, 0, 0, 0, 0},
-    {screen_end, 2, 0, 1, 1}, {screen_game, 0, 0, 0, 0}, {screen_game, 1, 0, 0, 0}, {screen_game, 2, 0, 1, 1},
-    {screen_game, 2, 0, 0, 1}, {screen_lan, 2, 0, 0, 0}, {screen_lan, 2, 1, 0, 0}, {screen_lan, 2, 2, 1, 0},
-    {screen_lan, 2, 2, 1, 1}, {screen_lan, 2, 3, 0, 1}};
-constexpr SDL_Keycode keys[] = {
-    SDLK_LEFT, SDLK_RIGHT, SDLK_UP, SDLK_DOWN, SDLK_SPACE, SDLK_TAB, SDLK_RETURN, SDLK_ESCAPE, SDLK_BACKSPACE,
-    SDLK_a, SDLK_d, SDLK_w, SDLK_s, SDLK_c, SDLK_v, SDLK_x};
+constexpr struct start {
+  int screen, game_mode, page, is_host, paired;
+} starts[] = {{screen_main_menu, 0, 0, 0, 0}, {screen_options, 0, 0, 0, 0}, {screen_end, 0, 0, 0, 0},
+              {screen_end, 2, 0, 1, 1},       {screen_game, 0, 0, 0, 0},    {screen_game, 1, 0, 0, 0},
+              {screen_game, 2, 0, 1, 1},      {screen_game, 2, 0, 0, 1},    {screen_lan, 2, 0, 0, 0},
+              {screen_lan, 2, 1, 0, 0},       {screen_lan, 2, 2, 1, 0},     {screen_lan, 2, 2, 1, 1},
+              {screen_lan, 2, 3, 0, 1}};
+constexpr SDL_Keycode keys[] = {SDLK_LEFT,   SDLK_RIGHT,  SDLK_UP,        SDLK_DOWN, SDLK_SPACE, SDLK_TAB,
+                                SDLK_RETURN, SDLK_ESCAPE, SDLK_BACKSPACE, SDLK_a,    SDLK_d,     SDLK_w,
+                                SDLK_s,      SDLK_c,      SDLK_v,         SDLK_x};
 // The nine messages; R is a room id, # a counter that is news.
-constexpr const char *messages[] = {
-    "a R host me 120 1 2", "b R peer", "c R 2 1", "d R peer",
-    "e R # 10 10 0 0 0 0 0 3 0 86 54 1 0 0 0 0 3 0 100 0", "f R # 4 0 1 0", "g R peer", "h R peer", "i R peer"};
+constexpr const char *messages[] = {"a R host me 120 1 2",
+                                    "b R peer",
+                                    "c R 2 1",
+                                    "d R peer",
+                                    "e R # 10 10 0 0 0 0 0 3 0 86 54 1 0 0 0 0 3 0 100 0",
+                                    "f R # 4 0 1 0",
+                                    "g R peer",
+                                    "h R peer",
+                                    "i R peer"};
 
-int take() { return world.next == world.end ? 0 : *world.next++; }
-bool within(int value, int least, int most) { return value >= least && value <= most; }
+int take() {
+  return world.next == world.end ? 0 : *world.next++;
+}
+bool within(int value, int least, int most) {
+  return value >= least && value <= most;
+}
 
 std::string take_text(int most) {
   std::string text;
@@ -147,35 +158,70 @@ int socket_wait(socket_handle, int sets, int, int microseconds) {
   return world.offline ? -1 : ready;
 }
 
-bool socket_start() { return true; }
-int socket_last_error() { return 0; }
-socket_handle socket_open() { return 1; }
-int socket_close(socket_handle) { return 0; }
-bool socket_set_option(socket_handle, int, int, int) { return true; }
-bool socket_join_group(socket_handle, in_addr) { return true; }
-bool socket_bind(socket_handle, const sockaddr_in &) { return true; }
+bool socket_peek(socket_handle, sockaddr_in *from) {
+  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(world.inbox.front().second));
+  return true;
+}
+
+bool socket_start() {
+  return true;
+}
+int socket_last_error() {
+  return 0;
+}
+socket_handle socket_open() {
+  return 1;
+}
+int socket_close(socket_handle) {
+  return 0;
+}
+bool socket_set_option(socket_handle, int, int, int) {
+  return true;
+}
+bool socket_join_group(socket_handle, in_addr) {
+  return true;
+}
+bool socket_bind(socket_handle, const sockaddr_in &) {
+  return true;
+}
 
 extern "C" {
 void *__real_calloc(std::size_t, std::size_t), __real_free(void *);
-void *__wrap_calloc(std::size_t count, std::size_t size) { return ++taken, __real_calloc(count, size); }
-void __wrap_free(void *block) { taken -= block != nullptr, __real_free(block); }
-int __wrap_rand() { return world.draw = (world.draw * 171 + 11213) % 53125; }
-long __wrap_time(long *) { return 1000000 + world.clock + static_cast<long>(world.ticks / 1000); }
-Uint32 __wrap_SDL_GetTicks() { return world.ticks; }
-void __wrap_SDL_Delay(Uint32 milliseconds) { world.ticks += milliseconds, check_frame(), play(); }
+void *__wrap_calloc(std::size_t count, std::size_t size) {
+  return ++taken, __real_calloc(count, size);
+}
+void __wrap_free(void *block) {
+  taken -= block != nullptr, __real_free(block);
+}
+int __wrap_rand() {
+  return world.draw = (world.draw * 171 + 11213) % 53125;
+}
+long __wrap_time(long *) {
+  return 1000000 + world.clock + static_cast<long>(world.ticks / 1000);
+}
+Uint32 __wrap_SDL_GetTicks() {
+  return world.ticks;
+}
+void __wrap_SDL_Delay(Uint32 milliseconds) {
+  world.ticks += milliseconds, check_frame(), play();
+}
 SDL_Texture *__real_SDL_CreateTextureFromSurface(SDL_Renderer *, SDL_Surface *);
 SDL_Texture *__wrap_SDL_CreateTextureFromSurface(SDL_Renderer *to, SDL_Surface *from) {
   return ++taken, __real_SDL_CreateTextureFromSurface(to, from);
 }
 void __real_SDL_DestroyTexture(SDL_Texture *);
-void __wrap_SDL_DestroyTexture(SDL_Texture *texture) { --taken, __real_SDL_DestroyTexture(texture); }
+void __wrap_SDL_DestroyTexture(SDL_Texture *texture) {
+  --taken, __real_SDL_DestroyTexture(texture);
+}
 // The blocks of the fighters really appear in few frames: drawing them costs more than all the rest.
 int __real_SDL_RenderCopy(SDL_Renderer *, SDL_Texture *, const SDL_Rect *, const SDL_Rect *);
 int __wrap_SDL_RenderCopy(SDL_Renderer *on, SDL_Texture *texture, const SDL_Rect *from, const SDL_Rect *to) {
   if (texture == commet_texture.handle && context.frame_count % 32 != 31) return 0;
   return assert(__real_SDL_RenderCopy(on, texture, from, to) == 0), 0;
 }
-const char *__asan_default_options() { return "detect_leaks=0:quarantine_size_mb=1:malloc_context_size=6"; }
+const char *__asan_default_options() {
+  return "detect_leaks=0:quarantine_size_mb=1:malloc_context_size=6";
+}
 
 int LLVMFuzzerInitialize(int *, char ***) {
   for (const char *name : {"SDL_VIDEODRIVER", "SDL_AUDIODRIVER"}) setenv(name, "dummy", 1);
