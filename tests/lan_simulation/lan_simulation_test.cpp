@@ -35,9 +35,8 @@ struct machine {
   std::multimap<long long, std::string> inbox = {};  // by arrival; a byte with the sender's number in front
   std::mt19937 random = {};                          // the player's, and that of what is sent from here
   long long ticks_ahead = number * 12'345;           // of SDL's tick counter before the simulation's time
-  long long wake = 0;                                // when it goes on,
-  bool listening = false;                            // unless a datagram wakes it before,
-  long long stopped_until = 0;                       // and not before this in any case
+  long long wake = 0, stopped_until = 0;             // when it goes on, and the earliest at all
+  bool listening = false;                            // a datagram wakes it
   std::binary_semaphore turn{0};
 };
 machine machines[2] = {{.number = 0}, {.number = 1}};  // running their programs until the process ends
@@ -88,6 +87,8 @@ void start(machine &started) {
 
 // Begins anew at the main menus, later than all that the games may remember.
 void begin(unsigned seed, std::function<bool(unsigned, const std::string &)> also_lost = {}) {
+  for (const char *variable : {"SDL_VIDEODRIVER", "SDL_AUDIODRIVER"}) setenv(variable, "dummy", 1);
+  setenv("SDL_RENDER_DRIVER", "software", 1);
   if (host.net == nullptr) std::ranges::for_each(machines, start);
   for (machine &machine : machines) machine.on_frame = {};
   loses = also_lost;
@@ -139,13 +140,13 @@ void act(machine *machine, char deed) {
   if (deed == 'Q' || deed == 'K' || deed == 'S') machine->keys.push_back(SDLK_RETURN);
 }
 
-// Both take a break every ten seconds, the guest a longer one. Returns whether a punch was begun.
+// Both take a break every ten seconds and end it at about the same time. Returns whether a punch was begun.
 bool fight(machine &machine) {
   game_state *match = match_of(machine);
   if (match == nullptr || match->fighting == 0) return false;
   fighter *own = machine.number == 0 ? match->fighter1 : match->fighter2;
   const fighter *other = machine.number == 0 ? match->fighter2 : match->fighter1;
-  const unsigned resumes_at = match->paused == pause_local ? 30 + 30 * machine.number : 0;
+  const unsigned resumes_at = match->paused == pause_local ? 30 : 0;
   if (machine.context->frame_count % 300 == resumes_at) machine.keys = {SDLK_ESCAPE};
   const auto draw = machine.random();
   if (draw % 4 == 0) own->vel_x = other->x > own->x ? own->speed_x : -own->speed_x;
@@ -336,6 +337,11 @@ int socket_receive(socket_handle, char *bytes, int most, sockaddr_in *from, sock
   const auto mail = self->inbox.extract(self->inbox.begin());
   from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(mail.mapped()[0]));
   return static_cast<int>(mail.mapped().copy(bytes, static_cast<std::size_t>(most), 1));
+}
+
+bool socket_peek(socket_handle, sockaddr_in *from) {
+  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(self->inbox.begin()->second[0]));
+  return true;
 }
 
 int socket_wait(socket_handle, int sets, int, int microseconds) {
