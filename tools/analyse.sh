@@ -48,6 +48,7 @@ analyse() {
   cppcheck --quiet -j "$(nproc)" --std=c++20 --enable=warning,performance,portability --inline-suppr -I. \
     --error-exitcode=1 --cppcheck-build-dir="$stamps/cppcheck" "${rooms[@]}"
   cmake --preset release -B build/analysis >/dev/null  # for its compile_commands.json
+  # shellcheck disable=SC2016
   changed_sources | xargs -0 -r -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy
 }
 
