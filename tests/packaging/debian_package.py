@@ -53,9 +53,10 @@ def check_words(package, content):
     """One version everywhere, and a picture behind every screenshot."""
     version = run("dpkg-deb", "-f", package, "Version").strip()
     metainfo = (content / METAINFO).read_text()
-    places = (run("zcat", content / "usr/share/doc/vantaro-pugnado/changelog.gz").split(")")[0].split("(")[1],
-              re.search(r'<release version="(.*?)"', metainfo)[1],
-              re.search(r"Vantaro Pugnado ([\d.]+)", run("zcat", content / "usr/share/man/man6/vantaro-pugnado.6.gz"))[1])
+    changelog, page = (run("zcat", content / "usr/share" / name)
+                       for name in ("doc/vantaro-pugnado/changelog.gz", "man/man6/vantaro-pugnado.6.gz"))
+    places = (re.search(r"\((.*?)\)", changelog)[1], re.search(r'<release version="(.*?)"', metainfo)[1],
+              re.search(r"Vantaro Pugnado ([\d.]+)", page)[1])
     check(f"changelog, metainfo and manual page name version {version}, not {places}", set(places) == {version})
     for name in re.findall("<image>https://vantaro-pugnado.example/(.*?)</image>", metainfo):
         check(f"the screenshot {name} is there", (ROOT / name).is_file())
@@ -78,7 +79,8 @@ def install_play_remove(package, content, folder):
     shutil.copy("/var/lib/dpkg/status", root / "var/lib/dpkg")
     before = files(root)
     dpkg(root, "--install", package)
-    command = re.search("^Exec=(.*)$", (content / "usr/share/applications/vantaro-pugnado.desktop").read_text(), re.M)[1]
+    entry = (content / "usr/share/applications/vantaro-pugnado.desktop").read_text()
+    command = re.search("^Exec=(.*)$", entry, re.M)[1]
     path = {"PATH": f"{root}/usr/games:{os.environ['PATH']}"}
     with Display() as display, Game(display, command, root=folder, environment={**NO_SOUND, **path}) as game:
         game.open_window()
