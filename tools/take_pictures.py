@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Plays the built game and takes the pictures of docs/ anew: every screen, those of a LAN match included, and a
-moving picture of a match. Takes about two minutes; needs what the end-to-end tests need."""
+moving picture of a match. Takes about a minute; needs what the end-to-end tests need."""
 
 import sys
 import threading
