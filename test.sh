@@ -1,13 +1,14 @@
 #!/bin/bash
-# Installs what is missing, builds the game and its tests and runs all of them. Arguments go to ctest, so that
-# ./test.sh -R end_to_end runs the end-to-end tests alone.
+# Installs what is missing, builds the game and its tests, analyses the sources, runs all tests and fuzzes for some
+# seconds. Arguments go to ctest, so that ./test.sh -R end_to_end runs the end-to-end tests alone.
 
 set -euo pipefail
 cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")"
 # shellcheck source=tools/setup.sh
 source tools/setup.sh
 
-install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" "${test_packages[@]}"
-build_preset release
-build_preset sanitize
-exec ctest --preset sanitize --parallel "$(nproc)" "$@"
+install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" "${test_packages[@]}" \
+  "${analysis_packages[@]}" "${fuzz_packages[@]}"
+for preset in release sanitize fuzz; do build_preset "$preset"; done
+if (($# == 0)); then tools/analyse.sh; fi
+for preset in sanitize fuzz; do ctest --preset "$preset" --parallel "$(nproc)" "$@"; done

@@ -1,16 +1,19 @@
 #!/bin/bash
-# Builds and runs the measurements: what a frame costs, what a match message costs, then whether ten minutes of play leave memory as it
-# was. Without a display, the accelerated renderer is measured on a virtual one if Xvfb is installed.
+# Builds and runs the measurements: the start against a bare program's, what a frame costs, what a match message
+# costs, then whether ten minutes of play leave memory as it was. Without a display, the accelerated renderer is
+# measured on a virtual one.
 
 set -euo pipefail
 cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=tools/setup.sh
 source tools/setup.sh
 
-install_packages "${game_packages[@]}" libbenchmark-dev
+install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" libbenchmark-dev
+build_preset release
 build_preset bench
+bench/start_up.py
 
-if [[ -z ${DISPLAY:-} ]] && command -v Xvfb >/dev/null; then
+if [[ -z ${DISPLAY:-} ]]; then
   coproc xvfb { exec Xvfb -displayfd 1 -screen 0 1024x768x24 2>/dev/null; }
   server=$!
   trap 'kill "$server"; wait "$server" || true' EXIT

@@ -10,7 +10,15 @@ game_packages=(
 # To play it without one, by script.
 virtual_display_packages=(xvfb xdotool python3 python3-pil)
 # To build and run the tests besides.
-test_packages=(libgtest-dev python3-fonttools iproute2)
+test_packages=(
+  libgtest-dev python3-fonttools iproute2
+  dpkg-dev file lintian desktop-file-utils appstream man-db  # to check the package
+  g++-mingw-w64-x86-64-posix                                 # to compile for Windows
+)
+# To look through the sources.
+analysis_packages=(clang-format clang-tidy cppcheck)
+# To fuzz.
+fuzz_packages=(clang libclang-rt-14-dev)
 
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {

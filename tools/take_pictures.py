@@ -1,0 +1,111 @@
+#!/usr/bin/python3
+"""Plays the built game and takes the pictures of docs/ anew: every screen, those of a LAN match included, and a
+moving picture of a match. Takes about a minute; needs what the end-to-end tests need."""
+
+import sys
+import threading
+import time
+from pathlib import Path
+
+from PIL import Image
+
+ROOT = Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+
+import demonstration  # noqa: E402
+import lan_match  # noqa: E402
+from game_driver import Display, Game  # noqa: E402
+from game_screens import BLACK, PLAYER_1, PLAYER_2, RED, WHITE, land_punch, shows  # noqa: E402
+from local_match import choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
+
+FOLDER = ROOT / "docs"
+LOCAL = {"main_menu": "main_menu", "options": "options", "punch": "match", "pause_menu": "pause_menu",
+         "end_screen": "end_screen"}  # names in the demonstration and in docs/
+FRAME = 1 / 15   # s between two frames of the moving picture
+FRAMES = 105
+COLOURS = 24     # of the moving picture
+
+
+def keep(picture, name):
+    """Saves the picture losslessly by a palette, since the game shows few colours."""
+    path = FOLDER / f"{name}.png"
+    if picture.getcolors(256):
+        picture = picture.quantize(256, dither=Image.Dither.NONE)
+    picture.save(path, optimize=True)
+    print(f"  {path.relative_to(ROOT)}: {path.stat().st_size} bytes", flush=True)
+
+
+# One machine
+
+def take_local_pictures():
+    demonstration.main()
+    for source, name in LOCAL.items():
+        keep(Image.open(demonstration.FOLDER / f"{source}.png").convert("RGB"), name)
+
+
+def record(game, frames):
+    """Takes half-size pictures of the window at an even pace until `frames` has them all."""
+    due = time.monotonic()
+    while len(frames) < FRAMES:
+        frames.append(game.screenshot().reduce(2))
+        due += FRAME
+        time.sleep(max(due - time.monotonic(), 0))
+
+
+def take_moving_picture():
+    with Display() as display, Game(display) as game:
+        game.open_window()
+        wait_for_main_menu(game)
+        choose(game, "2 Player")
+        wait_for_match(game, 120)
+        for player, controls, colour in ((1, PLAYER_1, WHITE), (2, PLAYER_2, BLACK)):  # out of the corners
+            land_punch(game, controls, player, colour)
+        frames = []
+        recorder = threading.Thread(target=record, args=[game, frames])
+        recorder.start()
+        while recorder.is_alive():
+            land_punch(game, PLAYER_1, 1, WHITE)
+            land_punch(game, PLAYER_2, 2, BLACK)
+    palette = frames[FRAMES // 2].quantize(COLOURS, dither=Image.Dither.NONE)
+    first, *others = [frame.quantize(palette=palette, dither=Image.Dither.NONE) for frame in frames]
+    path = FOLDER / "match.gif"
+    first.save(path, save_all=True, append_images=others, duration=round(1000 * FRAME), loop=0, optimize=True)
+    print(f"  {path.relative_to(ROOT)}: {path.stat().st_size} bytes", flush=True)
+
+
+# Two machines
+
+def take_lobby(play):
+    lan_match.enter_lobby(play.guest, lan_match.NAMES["guest"])
+    keep(play.guest.screenshot(), "lan_name")
+    lan_match.open_room_list(play.guest)
+    lan_match.enter_lobby(play.host, lan_match.NAMES["host"])
+    room = lan_match.create_room(play, "Up", "Return")
+    lan_match.has_text(play.guest, f"{lan_match.NAMES['host']} ({room})", 256)
+    play.guest.press("Down")
+    keep(play.guest.wait_until("the cursor on the room",
+                               lambda picture: lan_match.marks_first_room(picture) and picture), "lan_rooms")
+    lan_match.join_room(play, room)
+    keep(play.host.screenshot(), "lan_host_room")
+    keep(play.guest.screenshot(), "lan_joined_room")
+
+
+def take_lan_match(play):
+    for row in (2, 3):
+        lan_match.go_to_row(play.host, row)
+    play.host.press("Return")
+    for game in (play.host, play.guest):
+        wait_for_match(game, 120)
+    land_punch(play.host, PLAYER_1, 1, WHITE)
+    keep(lan_match.same_picture(play), "lan_match")
+    pause(play.host)
+    paused_by = f"Paused by {lan_match.NAMES['host']}"
+    keep(play.guest.wait_until(paused_by, lambda picture: shows(picture, paused_by, 512, RED) and picture),
+         "lan_paused")
+
+
+if __name__ == "__main__":
+    FOLDER.mkdir(exist_ok=True)
+    take_local_pictures()
+    take_moving_picture()
+    lan_match.run((take_lobby, take_lan_match))
