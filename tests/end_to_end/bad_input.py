@@ -72,7 +72,7 @@ def no_libraries():
             ("no accelerated renderer", no_renderer, {"SDL_VIDEODRIVER": "dummy"}),
             ("no such audio driver", no_sdl, {"SDL_AUDIODRIVER": "nonesuch"}),
             ("an audio device that does not open", no_audio,
-             {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": "/nonexistent/sound"})):
+             {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": "/dev/null/sound"})):
         yield Start(name, stops(reason, "Failed to initialize!"), environment=environment)
 
 

@@ -18,7 +18,7 @@ from local_match import check, check_end, choose, wait_for_main_menu  # noqa: E4
 
 SKIPPED = 77  # exit status of a test that cannot be run here
 METAINFO = "usr/share/metainfo/example.vantaro_pugnado.vantaro_pugnado.metainfo.xml"
-NO_SOUND = {"SDL_AUDIODRIVER": None, "PULSE_SERVER": None, "XDG_RUNTIME_DIR": "/nonexistent"}
+NO_SOUND = {"SDL_AUDIODRIVER": None, "PULSE_SERVER": None}
 
 
 def run(*command, **variables):
@@ -81,8 +81,8 @@ def install_play_remove(package, content, folder):
     dpkg(root, "--install", package)
     entry = (content / "usr/share/applications/vantaro-pugnado.desktop").read_text()
     command = re.search("^Exec=(.*)$", entry, re.M)[1]
-    path = {"PATH": f"{root}/usr/games:{os.environ['PATH']}"}
-    with Display() as display, Game(display, command, root=folder, environment={**NO_SOUND, **path}) as game:
+    environment = {**NO_SOUND, "XDG_RUNTIME_DIR": str(folder), "PATH": f"{root}/usr/games:{os.environ['PATH']}"}
+    with Display() as display, Game(display, command, root=folder, environment=environment) as game:
         game.open_window()
         wait_for_main_menu(game)
         save_picture(game.screenshot(), "installed_main_menu")
