@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Measures LAN play with the real program on the small network of the end-to-end tests: how long the guest's step
+"""Measures LAN play with the real program on the small network in tools/driver: how long the guest's step
 takes from key to picture, and what floods of junk cost. A frame sends one datagram, so the frames are counted, and
 the time from one to the next is taken, at the network's switch. Needs root or user namespaces, and a quiet machine.
 
@@ -14,12 +14,12 @@ import sys
 import time
 from pathlib import Path
 
-sys.path.append(str(Path(__file__).resolve().parents[1] / "tests" / "end_to_end"))
+sys.path.append(str(Path(__file__).resolve().parents[1] / "tools" / "driver"))
 
 from game_driver import wait_until  # noqa: E402
+from game_pages import check, wait_for_match  # noqa: E402
 from game_screens import FRAME, places  # noqa: E402
-from lan_match import check, meet, run, same_picture, tokens  # noqa: E402
-from local_match import wait_for_match  # noqa: E402
+from lan_games import meet, run, same_picture, tokens  # noqa: E402
 from network_lab import GAME_PORT  # noqa: E402
 
 STEPS_MEASURED = 20

@@ -16,7 +16,7 @@ import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
-sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 from game_driver import RELEASE_PROGRAM, Display  # noqa: E402
 

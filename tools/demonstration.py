@@ -5,7 +5,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
-sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 from game_driver import Display, Game, save_picture  # noqa: E402
 from game_screens import (BIG, BLACK, DARK, PLAYER_1, PLAYER_2, RED, WHITE, clock, fighter_box,  # noqa: E402

@@ -10,13 +10,13 @@ from pathlib import Path
 from PIL import Image
 
 ROOT = Path(__file__).resolve().parents[1]
-sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 import demonstration  # noqa: E402
-import lan_match  # noqa: E402
+import lan_games  # noqa: E402
 from game_driver import Display, Game  # noqa: E402
 from game_screens import BLACK, PLAYER_1, PLAYER_2, RED, WHITE, land_punch, shows  # noqa: E402
-from local_match import choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
+from game_pages import choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
 
 FOLDER = ROOT / "docs"
 LOCAL = {"main_menu": "main_menu", "options": "options", "punch": "match", "pause_menu": "pause_menu",
@@ -76,30 +76,30 @@ def take_moving_picture():
 # Two machines
 
 def take_lobby(play):
-    lan_match.enter_lobby(play.guest, lan_match.NAMES["guest"])
+    lan_games.enter_lobby(play.guest, lan_games.NAMES["guest"])
     keep(play.guest.screenshot(), "lan_name")
-    lan_match.open_room_list(play.guest)
-    lan_match.enter_lobby(play.host, lan_match.NAMES["host"])
-    room = lan_match.create_room(play, "Up", "Return")
-    lan_match.has_text(play.guest, f"{lan_match.NAMES['host']} ({room})", 256)
+    lan_games.open_room_list(play.guest)
+    lan_games.enter_lobby(play.host, lan_games.NAMES["host"])
+    room = lan_games.create_room(play, "Up", "Return")
+    lan_games.has_text(play.guest, f"{lan_games.NAMES['host']} ({room})", 256)
     play.guest.press("Down")
     keep(play.guest.wait_until("the cursor on the room",
-                               lambda picture: lan_match.marks_first_room(picture) and picture), "lan_rooms")
-    lan_match.join_room(play, room)
+                               lambda picture: lan_games.marks_first_room(picture) and picture), "lan_rooms")
+    lan_games.join_room(play, room)
     keep(play.host.screenshot(), "lan_host_room")
     keep(play.guest.screenshot(), "lan_joined_room")
 
 
 def take_lan_match(play):
     for row in (2, 3):
-        lan_match.go_to_row(play.host, row)
+        lan_games.go_to_row(play.host, row)
     play.host.press("Return")
     for game in (play.host, play.guest):
         wait_for_match(game, 120)
     land_punch(play.host, PLAYER_1, 1, WHITE)
-    keep(lan_match.same_picture(play), "lan_match")
+    keep(lan_games.same_picture(play), "lan_match")
     pause(play.host)
-    paused_by = f"Paused by {lan_match.NAMES['host']}"
+    paused_by = f"Paused by {lan_games.NAMES['host']}"
     keep(play.guest.wait_until(paused_by, lambda picture: shows(picture, paused_by, 512, RED) and picture),
          "lan_paused")
 
@@ -108,4 +108,4 @@ if __name__ == "__main__":
     FOLDER.mkdir(exist_ok=True)
     take_local_pictures()
     take_moving_picture()
-    lan_match.run((take_lobby, take_lan_match))
+    lan_games.run((take_lobby, take_lan_match))

@@ -11,8 +11,10 @@ import tempfile
 from pathlib import Path
 from typing import NamedTuple
 
-from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, GameError
-from game_screens import DARK, MENU_GREEN
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
+
+from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, GameError  # noqa: E402
+from game_screens import DARK, MENU_GREEN  # noqa: E402
 
 SANITIZERS = {
     "ASAN_OPTIONS": "detect_leaks=1:verify_asan_link_order=0",

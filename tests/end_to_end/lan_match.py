@@ -8,115 +8,24 @@ status 0 when all was as it should be, with 77 where no network can be made. Lea
 import signal
 import sys
 import time
-from contextlib import ExitStack, contextmanager
-from types import SimpleNamespace
+from pathlib import Path
 
 from PIL import ImageChops
 
-from game_driver import RELEASE_PROGRAM, Display, Game, save_picture, wait_until
-from game_screens import (BIG, BLACK, DARK, FRAME, HEIGHT, PLAYER_1, RED, WHITE, WIDTH, arrows_on, clock,
-                          land_punch, places, score, shows)
-from local_match import CORNERS, check, check_end, choose, pause, pick_pause_item, wait_for_main_menu, wait_for_match
-from network_lab import GAME_PORT, SKIPPED, Lab, Unavailable
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
 
-NAMES = {"host": "Anna", "guest": "Bob 2"}
+from game_driver import save_picture, wait_until  # noqa: E402
+from game_pages import (CORNERS, check, check_end, choose, pause, pick_pause_item, wait_for_main_menu,  # noqa: E402
+                        wait_for_match)
+from game_screens import (BIG, BLACK, DARK, FRAME, PLAYER_1, RED, WHITE, clock, land_punch, places, score,  # noqa: E402
+                          shows)
+from lan_games import (NAMES, create_room, enter_lobby, go_to_row, has_empty_room, has_name_entry, has_text,  # noqa: E402
+                       join_room, meet, open_room_list, run, running_game, same_picture, tokens)
+from network_lab import GAME_PORT  # noqa: E402
+
 GROUP = "239.1.1.1"
-DIMMED = (14, 135, 35)  # dark text at alpha 75 over the menus' green
-COLUMNS = {"host": 200, "guest": 600}
 PREVIEW = (280, 320, 520, 384)  # a room's small fighters, without the host's arrows
-HOST_ROWS = (332, 416, 480, 544)
 SILENT_AFTER, LOST_AFTER = 1, 5  # s
-
-
-@contextmanager
-def running_game(lab, name, program):
-    with Display(WIDTH, HEIGHT) as display:
-        with lab[name].entered():
-            game = Game(display, program)
-        with game:
-            game.open_window()
-            yield game
-
-
-# The lobby
-
-def has_text(game, text, top, colour=DARK, **where):
-    game.wait_until(f'"{text}"', lambda picture: shows(picture, text, top, colour, **where))
-
-
-def has_name_entry(game, name):
-    has_text(game, name.rjust(10, "."), 256)
-    has_text(game, "Create", 384, DARK if name else DIMMED)
-
-
-def enter_lobby(game, name):
-    """From the main menu to the name entry, where the name is typed."""
-    wait_for_main_menu(game)
-    choose(game, "LAN")
-    has_name_entry(game, "")
-    game.press(*[{" ": "space"}.get(letter, letter) for letter in name])
-    has_name_entry(game, name)
-
-
-def open_room_list(game):
-    game.press("Down", "Return")
-    has_text(game, "ROOMS", 128)
-
-
-def has_empty_room(host):
-    has_text(host, "?", 256, DIMMED, centre=COLUMNS["guest"])
-    has_text(host, "Start Game", 480, DIMMED)
-    has_text(host, "Kick", 544, DIMMED)
-
-
-def create_room(play, *keys):
-    """By these keys from the host's name entry. Returns the room's id as the first announcement has it."""
-    start = time.time()
-    play.host.press(*keys)
-    room = tokens(wait_until("an announcement", lambda: play.lab.sent("a", start))[0].payload)[0]
-    has_text(play.host, f"ROOM: {room}", 128)
-    has_empty_room(play.host)
-    return room
-
-
-def marks_first_room(picture):
-    return arrows_on(picture, (80, 680), (256, 320)) == [1]
-
-
-def join_room(play, room):
-    """From the guest's room list until both see each other. Between two announcements a second apart, and when
-    the guest may speak again: the guest takes its own name from the next announcement, so the host must know it
-    by then."""
-    def announced_on_time():
-        times = [one.time for one in play.lab.sent("a")]
-        return times[-1] > silent and times[-1] - times[-2] > 0.5
-    has_text(play.guest, f"{NAMES['host']} ({room})", 256)
-    if not marks_first_room(play.guest.screenshot()):
-        play.guest.press("Down")
-    play.guest.wait_until("the cursor on row 1", marks_first_room)
-    silent = max([one.time + 1 for one in play.lab.sent("b")] + [time.time()])
-    wait_until("another announcement, on time", announced_on_time)
-    time.sleep(3 * FRAME)
-    play.guest.press("Return")
-    for game in (play.host, play.guest):
-        has_text(game, f"ROOM: {room}", 128)
-        for role, column in COLUMNS.items():
-            has_text(game, NAMES[role], 256, centre=column)
-    has_text(play.host, "Start Game", 480)
-
-
-def go_to_row(host, row):
-    """Moves the host's arrows from one row of its room to the next."""
-    host.press("Down")
-    host.wait_until(f"row {row} marked", lambda picture: arrows_on(picture, (215, 545), HOST_ROWS) == [row])
-
-
-def same_picture(play, truth=places):
-    """Waits until both games show the very same, which also satisfies `truth`; returns it."""
-    def same():
-        host, guest = play.host.screenshot(), play.guest.screenshot()
-        return ImageChops.difference(host, guest).getbbox() is None and truth(host) and host
-    return wait_until("the same picture on both machines", same)
 
 
 # Datagrams
@@ -125,16 +34,6 @@ def message(letter, *values):
     """A datagram as it must be on the wire."""
     text = letter + " ".join(f"{len(str(value))} {value}" for value in values)
     return text.encode().ljust(150, b"\0")
-
-
-def tokens(payload):
-    """The values of a message, as texts."""
-    text, values = payload[1:].rstrip(b"\0").decode(), []
-    while text:
-        length, _, rest = text.partition(" ")
-        values.append(rest[:int(length)])
-        text = rest[int(length) + 1:]
-    return values
 
 
 def check_envelopes(play):
@@ -161,19 +60,6 @@ def shown(picture):
 
 
 # The way through
-
-def meet(play):
-    """The room shows on the other machine within two seconds."""
-    enter_lobby(play.guest, NAMES["guest"])
-    open_room_list(play.guest)
-    enter_lobby(play.host, NAMES["host"])
-    start = time.time()
-    play.first_room = create_room(play, "Up", "Return")
-    has_text(play.guest, f"{NAMES['host']} ({play.first_room})", 256)
-    check(f"the room is listed within two seconds, not {time.time() - start:.1f} s", time.time() - start < 2)
-    save_picture(play.guest.screenshot(), "lan_room_list")
-    join_room(play, play.first_room)
-
 
 def set_up(play):
     """The guest's page follows the host's colours and time."""
@@ -300,21 +186,6 @@ STEPS = (meet, set_up, part_and_return, fight, pause_on_each_side, pull_cable_an
          check_envelopes)
 
 
-def run(steps, other_machines=()):
-    """Opens the game on both machines and takes the steps. Each step gets the network and the two games."""
-    program = sys.argv[1] if len(sys.argv) > 1 else RELEASE_PROGRAM
-    try:
-        lab = Lab(tuple(NAMES), other_machines)
-    except Unavailable as reason:
-        print(f"skipped: {reason}")
-        sys.exit(SKIPPED)
-    with ExitStack() as stack:
-        games = {name: stack.enter_context(running_game(lab, name, program)) for name in NAMES}
-        play = SimpleNamespace(lab=lab, stack=stack, program=program, **games)
-        for step in steps:
-            begin = time.monotonic()
-            step(play)
-            print(f"{step.__name__.replace('_', ' ')}: {time.monotonic() - begin:.1f} s", flush=True)
 
 
 if __name__ == "__main__":

@@ -6,21 +6,17 @@ status 0 when the pictures showed all of it; pictures of the way are left in bui
 
 import sys
 import time
+from pathlib import Path
 
-from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, GameError, save_picture, wait_until
-from game_screens import (BIG, BLACK, DARK, HEIGHT, MENU_GREEN, PLAYER_1, PLAYER_2, RED, RING_GREEN, WHITE,
-                          WIDTH, Place, arrows_on, clock, fighter_box, land_punch, places, score, shows)
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
 
-MAIN_ITEMS = ("1 Player", "2 Player", "LAN", "Options", "Exit")
-MAIN_ROWS = (256, 320, 384, 448, 512)
-PAUSE_ROWS = (256, 320, 384)
+from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, save_picture, wait_until  # noqa: E402
+from game_pages import (CORNERS, MAIN_ROWS, PAUSE_ROWS, check, check_end, choose, pause, pick_pause_item,  # noqa: E402
+                        wait_for_main_menu, wait_for_match)
+from game_screens import (BIG, BLACK, DARK, MENU_GREEN, PLAYER_1, PLAYER_2, RED, WHITE, arrows_on, clock,  # noqa: E402
+                          fighter_box, land_punch, places, shows)
+
 OPTION_ROWS = (192, 256, 320)
-CORNERS = (Place(10, 10, "Right"), Place(86, 54, "Left"))
-
-
-def check(what, truth):
-    if not truth:
-        raise GameError(what)
 
 
 class Sound:
@@ -46,20 +42,6 @@ class Sound:
 
 # Main menu
 
-def wait_for_main_menu(game, selected="1 Player"):
-    def complete(picture):
-        return all(shows(picture, item, row, RED if item == selected else DARK)
-                   for item, row in zip(MAIN_ITEMS, MAIN_ROWS))
-    game.wait_until(f"the main menu with {selected} selected", complete)
-
-
-def choose(game, item):
-    number = MAIN_ITEMS.index(item)
-    game.press(*["Down"] * number)
-    wait_for_main_menu(game, item)
-    game.press("Return")
-
-
 def see_main_menu(game, sound):
     wait_for_main_menu(game)
     picture = game.screenshot()
@@ -70,31 +52,6 @@ def see_main_menu(game, sound):
 
 
 # Match
-
-def wait_for_match(game, seconds, corners=CORNERS):
-    """A fresh match: no points, a full clock, both fighters in their corners."""
-    def fresh(picture):
-        return (score(picture, 1) == 0 and score(picture, 2) == 0 and places(picture) == corners
-                and clock(picture) in (seconds, seconds - 1))
-    game.wait_until(f"a fresh match of {seconds} s", fresh)
-    check("the ring is green", game.pixel(WIDTH // 2, HEIGHT // 2) == RING_GREEN)
-
-
-def pause(game):
-    def paused(picture):
-        return (shows(picture, "Game Paused", 128, DARK, points=BIG) and shows(picture, "Quit", 384, DARK)
-                and shows(picture, "Press ESC to resume", 512, RED))
-    game.press("Escape")
-    game.wait_until("the pause menu", paused)
-
-
-def pick_pause_item(game, number):
-    for row in range(2, number + 1):
-        game.press("Down")
-        game.wait_until(f"pause item {row} is marked",
-                        lambda picture: arrows_on(picture, (200, 560), PAUSE_ROWS) == [row])
-    game.press("Return")
-
 
 def play_until_score(game, sound):
     choose(game, "2 Player")
@@ -185,12 +142,6 @@ def take_rematch(game, sound):
     game.press("Return")
     wait_for_match(game, 60, CORNERS[::-1])
     quit_to_menu(game, sound)
-
-
-def check_end(game):
-    ended = game.wait_exit()
-    check(f"the exit status is 0, not {ended.status}: {ended.stderr}", ended.status == 0)
-    check(f'the output is "Closing...", not {ended.stdout!r}', ended.stdout == "Closing...\n")
 
 
 def leave(game, sound):

@@ -11,10 +11,10 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(ROOT / "tests" / "end_to_end"))
+sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 from game_driver import Display, Game, save_picture  # noqa: E402
-from local_match import check, check_end, choose, wait_for_main_menu  # noqa: E402
+from game_pages import check, check_end, choose, wait_for_main_menu  # noqa: E402
 
 SKIPPED = 77  # exit status of a test that cannot be run here
 METAINFO = "usr/share/metainfo/example.vantaro_pugnado.vantaro_pugnado.metainfo.xml"
