@@ -58,33 +58,6 @@ TEST(cpu_logic, draws_a_plan_when_the_last_is_over) {
   }
 }
 
-TEST(cpu_logic, chooses_a_direction_by_its_plan) {
-  const struct {
-    int plan;
-    place me, opponent;
-    std::deque<int> draws;
-    int direction, move_until;
-  } cases[] = {{1, start, opposite, {8, 401}, 1, 5401},
-               {1, start, opposite, {15, 0}, 8, 5400},
-               {2, start, opposite, {0, 1}, 6, 5400},
-               {2, start, opposite, {399, 2}, 4, 5799},
-               {2, start, opposite, {400, 3}, 8, 5400},
-               {2, top_corner, start, {0, 1}, 3, 5400},
-               {2, bottom_corner, start, {0, 0}, 3, 5400},
-               {4, start, opposite, {}, 0, 5000},
-               {3, high, level, {0}, 3, 5100},
-               {3, {10, 10, 0}, {60, 22, 1}, {399}, 4, 5499},
-               {3, {60, 64, 1}, {10, 53, 0}, {0}, 1, 5100},
-               {3, {60, 64, 1}, {10, 52, 0}, {0}, 7, 5100},
-               {3, {60, 52, 1}, {10, 53, 0}, {0}, 7, 5100}};
-  for (const auto &c : cases) {
-    const cpu_logic cpu = decide({later, c.plan, 5000, 0, 0, later}, 60, c.me, c.opponent, c.draws);
-    EXPECT_EQ(std::tie(cpu.direction, cpu.next_move_at), std::tie(c.direction, c.move_until))
-        << "case " << &c - cases;
-  }
-  EXPECT_EQ(decide({later, 1, 5001, 7, 0, later}, 60, start, opposite, {}).direction, 7) << "not yet";
-}
-
 TEST(cpu_logic, wishes_to_punch_more_often_the_nearer) {
   const struct {
     int distance;

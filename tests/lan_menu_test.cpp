@@ -163,33 +163,3 @@ TEST_F(lan_menu, room_list_scrolls_and_joins) {
   EXPECT_EQ(joined(lobby->mode, netInfo.peer_ip, netInfo.room_id, netInfo.heartbeat),
             "3 127.0.0.1 Room0001 5000 ");
 }
-
-TEST_F(lan_menu, update_sends_every_second_receives_and_forgets_who_is_silent) {
-  const struct {
-    int page;
-    std::uint8_t starting;
-    Uint32 now;
-    const char *result;  // page, guest, start, rooms listed, whether in a room; sent
-  } cases[] = {{0, 0, 10000, "0 1 0 1 1 / "},     {0, 0, 10001, "0 1 0 0 1 / "},
-               {1, 0, 10000, "1 1 0 2 1 / "},     {2, 0, 9999, "2 1 0 1 1 / "},
-               {2, 0, 10000, "2 1 0 1 1 a/ "},    {2, 1, 9999, "2 1 1 1 1 /ccc "},
-               {2, 1, 10001, "2 0 0 0 1 a/ccc "}, {3, 0, 9999, "3 1 0 2 1 / "},
-               {3, 0, 10000, "3 1 0 2 1 /b "},    {3, 0, 10001, "1 0 0 1 0 /b "}};
-  for (const auto &c : cases) {
-    open(c.page, 1);
-    delete_list(&creatorList);
-    list_room("Rb4kT8mA");
-    for (const char *room : {"Room0001", "Room0002"}) link.send(std::string("a8 ") + room + announcement);
-    lobby->start_requested = c.starting;
-    world.ticks = c.now;
-    lan_update();
-    EXPECT_EQ(joined(lobby->mode, +netInfo.guest_joined, +lobby->start_requested, count_list(creatorList),
-                     netInfo.room_id[0] != '\0', sent()),
-              c.result)
-        << c.page << " at " << c.now;
-    EXPECT_EQ(net_check_descriptor(0, 0, net_readable), net_readable) << "one datagram a frame";
-    lan_update();
-    EXPECT_EQ(sent(), lobby->start_requested ? "/ccc" : "/") << "not again within the second";
-    net_discard_pending();
-  }
-}

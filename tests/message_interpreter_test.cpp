@@ -103,38 +103,6 @@ TEST_F(received, messages_are_taken_by_screen_role_sender_and_room_and_only_whol
   }
 }
 
-TEST_F(received, messages_pair_and_part_two_lobbies) {
-  const struct {
-    std::uint8_t hosting, guest;
-    const char *message,
-        *pairing;  // who, room, guest, time, colours, heartbeat, next screen, rooms' heartbeats
-    int mode, starting;
-  } cases[] = {{0, 0, "a Rb4kT8mA Eve Bo 75 1 9", "Bo Eve 127.0.0.1 Rb4kT8mA 0 75 12 7000 0, 0 7000", 3, 1},
-               {0, 0, "a Rb4kT8mA Eve Bo 75 2 1", "Bo Eve 127.0.0.1 Rb4kT8mA 0 75 21 7000 0, 0 7000", 3, 1},
-               {0, 0, "a Other123 Eve Bo 75 2 1", "Bob Ada 127.0.0.1 Rb4kT8mA 0 120 12 10 0, 7000 0", 3, 1},
-               {1, 0, "!b Other123 Cid", "Bob Cid 10.0.0.7 Rb4kT8mA 1 120 12 7000 0, 0 0", 3, 1},
-               {1, 1, "b Rb4kT8mA Cid", "Bob Ada 127.0.0.1 Rb4kT8mA 1 120 12 7000 0, 0 0", 3, 1},
-               {0, 0, "c Rb4kT8mA 2 1", "Bob Ada 127.0.0.1 Rb4kT8mA 0 120 21 10 2, 0 0", 3, 1},
-               {1, 1, "d Rb4kT8mA Cid", "Bob Ada 127.0.0.1 Rb4kT8mA 1 120 12 10 2, 0 0", 3, 0},
-               {0, 0, "g Rb4kT8mA Ada", "Bob    0 120 12 0 0, 0 0", 1, 1},
-               {0, 0, "!h Rb4kT8mA Ada", "Bob    0 120 12 0 0, 0", 1, 1},
-               {1, 1, "i Rb4kT8mA Bob", "Bob   Rb4kT8mA 0 120 12 0 0, 0 0", 3, 0}};
-  for (const auto &c : cases) {
-    lan_menu_state *lobby = static_cast<lan_menu_state *>(enter(3));
-    lobby->mode = 3;
-    lobby->start_requested = 1;
-    reset();
-    netInfo.is_host = c.hosting;
-    netInfo.guest_joined = c.guest;
-    world.texts = "";
-    interpret(c.message);
-    EXPECT_EQ(pairing(), c.pairing) << c.message;
-    EXPECT_EQ(std::tuple(lobby->mode, lobby->start_requested), std::tie(c.mode, c.starting)) << c.message;
-    EXPECT_EQ(link.sent_to('b').substr(0, 17), c.message[0] == 'c' ? "d8 Rb4kT8mA 3 Bob" : "") << c.message;
-    EXPECT_EQ(world.texts, netInfo.fight_time == 75 ? "Time: 01:15|" : "") << c.message;
-  }
-}
-
 TEST_F(received, match_messages_are_mirrored_when_new_and_credible) {
   game_state *match = static_cast<game_state *>(enter(2));
   const auto values = [match] {

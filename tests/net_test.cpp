@@ -118,18 +118,6 @@ TEST(net, reports_a_socket_that_cannot_be_made) {
   EXPECT_EQ(output, "Setsockopt reuseaddr permission failed - 9\n");
 }
 
-TEST(net, takes_the_peer_and_forgets_it) {
-  netInfo = {1, 1, 'a', 75, 2, 1, 5555, 3, 4, 5, "host", "guest", "10.0.0.7", "239.1.1.1", "Rb4kT8mA"};
-  net_setup_p2p_struct();
-  EXPECT_EQ(toAddr.sin_family, AF_INET);
-  EXPECT_EQ(dotted(toAddr), "10.0.0.7:5555");
-  net_reset_peer_info();
-  EXPECT_EQ(dotted(toAddr), "0.0.0.0:0");
-  EXPECT_EQ(record(), "0 1 a 120 2 1 5555 0 0 0, host, , , 239.1.1.1, Rb4kT8mA");
-  net_clear_room_id();
-  EXPECT_EQ(record(), "0 1 a 120 2 1 5555 0 0 0, host, , , 239.1.1.1, ");
-}
-
 TEST(net, sends_to_group_peer_and_sender) {
   const std::tuple<char, const char *, char, std::string> cases[] = {
       // destination, peer_ip, ip_type; what is printed, nothing when it is sent
