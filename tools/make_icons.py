@@ -17,7 +17,7 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True  # leave no caches beside the sources
 
-from make_images import _chunk, _stored
+from make_images import chunk_bytes, stored
 
 ROOT = Path(__file__).resolve().parent.parent
 MASKS = ROOT / "fight" / "fighter_masks.h"
@@ -262,10 +262,10 @@ def png(picture):
         (b"IHDR", struct.pack(">IIBBBBB", len(picture), len(picture), 4, 3, 0, 0, 0)),
         (b"PLTE", b"".join(bytes(colour) for colour in COLOURS.values())),
         (b"tRNS", b"\0"),
-        (b"IDAT", _stored(lines)),
+        (b"IDAT", stored(lines)),
         (b"IEND", b""),
     ]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(_chunk(*chunk) for chunk in chunks)
+    return b"\x89PNG\r\n\x1a\n" + b"".join(chunk_bytes(*chunk) for chunk in chunks)
 
 
 def runs(picture, colour):

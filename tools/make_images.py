@@ -97,16 +97,16 @@ def _png(width, rows, with_alpha):
     colour_type = 6 if with_alpha else 2
     header = struct.pack(">IIBBBBB", width, len(rows), 8, colour_type, 0, 0, 0)
     lines = b"".join(b"\0" + row for row in rows)  # 0: the line is not filtered
-    chunks = [(b"IHDR", header), (b"IDAT", _stored(lines)), (b"IEND", b"")]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(_chunk(*chunk) for chunk in chunks)
+    chunks = [(b"IHDR", header), (b"IDAT", stored(lines)), (b"IEND", b"")]
+    return b"\x89PNG\r\n\x1a\n" + b"".join(chunk_bytes(*chunk) for chunk in chunks)
 
 
-def _chunk(name, data):
+def chunk_bytes(name, data):
     body = name + data
     return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
 
 
-def _stored(data):
+def stored(data):
     """Wraps data as one uncompressed zlib block of at most 65535 bytes.
 
     Compressed bytes would depend on the zlib at hand; these never change.
