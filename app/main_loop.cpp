@@ -127,7 +127,7 @@ void nap_through_flood(int rest) {
 // Sleeps out the rest of the frame. A frame over its budget is not made up for later.
 void cap_frame() {
   const int rest = screen_tick_per_frame - spent_in_frame();
-  const bool flooded = strangers > flood;
+  const bool flooded = strangers > flood && (in_lan_match(true) || in_lan_match(false));
   strangers = 0;
   if (rest <= 0) return;
   if (flooded) {

@@ -198,26 +198,33 @@ TEST_F(received, queue_is_drained_two_messages_a_frame) {
   socket_close(stranger);
 }
 
-TEST_F(received, flood_is_thrown_away_while_the_frame_sleeps) {
-  enter(2);
-  reset();
-  netInfo.is_host = 1;
+TEST_F(received, flood_is_thrown_away_while_a_frame_of_the_match_sleeps) {
   const auto send = [&](int strangers) {
     for (int i = 0; i < strangers; ++i) socket_send(link.others[2], "junk", 4, bindAddr);
   };
-  fromAddr = {};
-  context.state_machine->handle_input = [] {};
-  context.state_machine->update = [] { context.state_machine->next_state = ++frames == 3 ? 6 : 0; };
-  context.state_machine->render = [] {};
-  frames = 0;
-  std::strcpy(netInfo.peer_ip, "127.0.0.2");
-  world.on_delay = [&] {
-    if (frames == 1) send(1);
-  };
-  send(201);
-  context_loop();
-  EXPECT_EQ(world.delays.size(), 17u + 1 + 1) << "naps after the first frame alone";
-  EXPECT_EQ(net_check_descriptor(0, 0, net_readable), 0);
+  static int next_screen;
+  for (const auto &[next, sleeps] : {std::pair{0, 17u + 1 + 1}, {1, 1u + 1 + 1}}) {  // goes on; ends
+    enter(2);
+    reset();
+    netInfo.is_host = 1;
+    std::strcpy(netInfo.peer_ip, "127.0.0.2");
+    fromAddr = {};
+    next_screen = next;
+    context.frame_count = 0;
+    context.state_machine->handle_input = [] {};
+    context.state_machine->update = [] { context.state_machine->next_state = next_screen; };
+    world.on_delay = [&] {
+      if (context.frame_count == 1) send(1);
+      if (context.frame_count == 2) context.state_machine->update = [] {};
+      if (context.frame_count == 2) context.state_machine->next_state = 6;
+    };
+    world.delays.clear();
+    send(201);
+    context_loop();
+    EXPECT_EQ(world.delays.size(), sleeps);
+    EXPECT_EQ(net_check_descriptor(0, 0, net_readable), next);
+    net_discard_pending();
+  }
   for (const char *sender : {"127.0.0.2", "127.0.0.1"}) {
     std::strcpy(netInfo.peer_ip, sender);
     send(3);
