@@ -147,23 +147,42 @@ def has_notice(game, shown):
                     lambda picture: shows(picture, "Disconnecting", 320, RED) == shown and (shown or places(picture)))
 
 
-def lose_guest(play):
-    """A guest that dies is waited for, then the match ends; the next one starts without a restart of the host."""
+def kill_guest(play):
+    """Returns a way to tell the seconds since."""
     play.guest.process.kill()
     start = time.monotonic()
+    return lambda: time.monotonic() - start
+
+
+def revive_guest(play):
+    play.guest = play.stack.enter_context(running_game(play.lab, "guest", play.program))
+    enter_lobby(play.guest, NAMES["guest"])
+    open_room_list(play.guest)
+
+
+def lose_guest_in_room(play):
+    """The host forgets a guest that dies, and its room is open to the next."""
+    since = kill_guest(play)
+    has_empty_room(play.host)
+    check(f"the guest is forgotten after five seconds, not {since():.2f}", since() > LOST_AFTER - 1 - 3 * FRAME)
+    revive_guest(play)
+    join_room(play, play.room)
+
+
+def lose_guest_in_match(play):
+    """A guest that dies is waited for, then the match ends; the next one starts without a restart of the host."""
+    since = kill_guest(play)
     has_notice(play.host, True)
-    notice = time.monotonic() - start
+    notice = since()
     has_text(play.host, "Disconnected", 128)
-    end = time.monotonic() - start
+    end = since()
     print(f"  notice after {notice:.2f} s, end after {end:.2f} s", flush=True)
     check("neither comes too early", notice > SILENT_AFTER - 3 * FRAME and end > LOST_AFTER - 3 * FRAME)
     has_text(play.host, "LAN Games", 448, RED)
     save_picture(play.host.screenshot(), "lan_end_screen")
-    play.guest = play.stack.enter_context(running_game(play.lab, "guest", play.program))
     play.host.press("Return")
     has_name_entry(play.host, NAMES["host"])
-    enter_lobby(play.guest, NAMES["guest"])
-    open_room_list(play.guest)
+    revive_guest(play)
     play.room = create_room(play, "Up", "Return")
     join_room(play, play.room)
     play.host.press("Down", "Down", "Return")
@@ -182,8 +201,8 @@ def quit_match(play):
     check_end(play.guest)
 
 
-STEPS = (meet, set_up, part_and_return, fight, pause_on_each_side, pull_cable_and_stop, lose_guest, quit_match,
-         check_envelopes)
+STEPS = (meet, set_up, part_and_return, lose_guest_in_room, fight, pause_on_each_side, pull_cable_and_stop,
+         lose_guest_in_match, quit_match, check_envelopes)
 
 
 

@@ -19,6 +19,7 @@
 #include "app/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "net/linked_list.h"
 #include "net/net.h"
 #include "net/socket_api.h"
 #include "screens/end_menu.h"
@@ -30,6 +31,7 @@ struct machine {
   unsigned number = 0;
   network_record *net = nullptr;                     // of the game that runs here
   context_record *context = nullptr;                 // likewise
+  list_node **room_list = nullptr;                   // likewise
   std::function<void(machine &)> on_frame = {};      // after every frame
   std::deque<SDL_Keycode> keys = {};                 // pressed, for the next frame
   std::set<std::string> texts = {};                  // all that was drawn since they last met
@@ -77,6 +79,7 @@ void start(machine &started) {
   void *library = dlopen((MACHINES + std::to_string(started.number) + ".so").c_str(), RTLD_NOW | RTLD_LOCAL);
   started.net = static_cast<network_record *>(dlsym(library, "netInfo"));
   started.context = static_cast<context_record *>(dlsym(library, "context"));
+  started.room_list = static_cast<list_node **>(dlsym(library, "creatorList"));
   std::thread([&started, program = dlsym(library, "_Z9game_mainiPPc")] {
     self = &started;
     self->turn.acquire();
@@ -127,6 +130,12 @@ record *shown(const machine &machine) {
 constexpr auto lobby_of = shown<lan_menu_state, screen_lan>;
 constexpr auto match_of = shown<game_state, screen_game>;
 constexpr auto end_of = shown<end_menu_state, screen_end>;
+
+int rooms_of(const machine &machine) {
+  int rooms = 0;
+  for (const list_node *node = *machine.room_list; node != nullptr; node = node->next) ++rooms;
+  return rooms;
+}
 
 bool is_at(const machine &machine, lan_page page) {
   return lobby_of(machine) != nullptr && lobby_of(machine)->mode == page;
@@ -302,6 +311,23 @@ TEST(lan_simulation, heeds_no_stranger) {
   for (const char letter : std::string("abcdefghiAEFI")) {
     for (const int ms : {1, 16, 33}) EXPECT_TRUE(match_beside(letter, ms) == undisturbed) << letter << ms;
   }
+}
+
+TEST(lan_simulation, forgets_a_flood_of_rooms) {
+  begin(1);
+  for (machine &machine : machines) machine.on_frame = [](auto &own) { go(own, false); };
+  run(5000, [] { return is_at(guest, page_room_list); });
+  host.on_frame = guest.on_frame = {};
+  int most = 0;
+  for (int room = 10'000'000; room < 10'010'000; ++room) {  // 1,000 a second, of which the system queues some
+    if (guest.inbox.size() < 256)
+      guest.inbox.emplace(now, "\7a8 " + std::to_string(room) + " 3 Eve 0  2 60 1 1 1 2");
+    run(1);
+    most = std::max(most, rooms_of(guest));
+  }
+  EXPECT_TRUE(most > 100 && most <= 160) << most;
+  run(15'000);
+  EXPECT_LE(rooms_of(guest), 1) << "the host's own";
 }
 
 }  // namespace
