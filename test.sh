@@ -8,7 +8,7 @@ cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")"
 source tools/setup.sh
 
 install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" "${test_packages[@]}" \
-  "${analysis_packages[@]}" "${fuzz_packages[@]}"
-for preset in release sanitize fuzz; do build_preset "$preset"; done
+  "${bench_packages[@]}" "${analysis_packages[@]}" "${fuzz_packages[@]}"
+for preset in release sanitize fuzz bench; do build_preset "$preset"; done
 if (($# == 0)); then tools/analyse.sh; fi
-for preset in sanitize fuzz; do ctest --preset "$preset" --parallel "$(nproc)" "$@"; done
+exec ctest --preset sanitize --no-tests=error --parallel "$(nproc)" "$@"

@@ -8,7 +8,7 @@ cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=tools/setup.sh
 source tools/setup.sh
 
-install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" libbenchmark-dev
+install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" "${bench_packages[@]}"
 build_preset release
 build_preset bench
 bench/start_up.py

@@ -52,16 +52,3 @@ TEST(fighter, punch_lands_where_the_glove_meets_the_nose) {
     }
   }
 }
-
-TEST(fighter, place_in_blocks_drops_fractions_towards_zero) {
-  bare_match match(1);
-  fighter &fighter = *match.game.fighter1;
-  const int cases[][4] = {{129, 76, 0, 0}, {127, 75, -1, -1}, {139, 89, 1, 1}, {140, 90, 2, 2}};
-  for (const auto &[x, y, unit_x, unit_y] : cases) {
-    int place[2];
-    fighter.x = x;
-    fighter.y = y;
-    fighter_get_unit_from_pos(&place[0], &place[1], &fighter);
-    EXPECT_TRUE(place[0] == unit_x && place[1] == unit_y) << x << ", " << y;
-  }
-}

@@ -54,28 +54,6 @@ TEST(game, pause_menu) {
   }
 }
 
-TEST(game, pause_holds_fighters_and_clock_but_not_keys) {
-  bare_match match(1);
-  const fighter &fighter = *match.game.fighter1;
-  const struct {
-    int seconds;  // since the frame before
-    const char *keys;
-    int vel_y, y, time_left;
-  } frames[] = {{20, "", 0, 130, 100},
-                {0, "ED", 20, 130, 100},
-                {10, "", 20, 130, 100},
-                {5, "E", 20, 150, 100},
-                {1, "", 20, 170, 99}};
-  for (const auto &frame : frames) {
-    world.seconds += frame.seconds;
-    push_keys(frame.keys);
-    run_frame();
-    EXPECT_EQ(std::tie(fighter.vel_y, fighter.y, match.game.time_left),
-              std::tie(frame.vel_y, frame.y, frame.time_left));
-    EXPECT_EQ(match.game.end_time, world.seconds + frame.time_left);
-  }
-}
-
 TEST(game, ends_at_99_points_or_at_the_end_of_time) {
   const struct {
     int score1, score2, time_left;

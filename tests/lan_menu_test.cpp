@@ -1,4 +1,4 @@
-// The lobby's pages: names, rooms, what their keys do, what they send and when they give up waiting.
+// The lobby's pages: names, rooms, and what their keys do and send.
 
 #include "screens/lan_menu.h"
 
@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "app/context.h"
-#include "app/window.h"
 #include "fight/fighter.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
@@ -41,7 +40,6 @@ class lan_menu : public testing::Test {
     netInfo.fighter1_color = 1;
     lobby = static_cast<lan_menu_state *>(enter(3));
     lobby->mode = page;
-    lobby->last_sent = 9000;
     world.ticks = 10000;
     context.fight_time = 120;
     netInfo = {guest, page == 2, 'a', 120, 1, 2, port, 0, 0, 5000, "Bob", "Ada", "127.0.0.1", "", "Rb4kT8mA"};

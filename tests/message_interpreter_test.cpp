@@ -103,6 +103,26 @@ TEST_F(received, messages_are_taken_by_screen_role_sender_and_room_and_only_whol
   }
 }
 
+TEST_F(received, announcement_and_first_guest_are_taken_over) {
+  const struct {
+    std::uint8_t hosting;
+    const char *message,
+        *pairing;  // who, room, guest, time, colours, heartbeat, next screen; rooms' heartbeats
+  } cases[] = {{0, "a Rb4kT8mA Eve Bo 75 1 9", "Bo Eve 127.0.0.1 Rb4kT8mA 0 75 12 7000 0, 0 7000"},
+               {0, "a Rb4kT8mA Eve Bo 75 2 1", "Bo Eve 127.0.0.1 Rb4kT8mA 0 75 21 7000 0, 0 7000"},
+               {1, "!b Other123 Cid", "Bob Cid 10.0.0.7 Rb4kT8mA 1 120 12 7000 0, 0 0"},
+               {1, "d Rb4kT8mA Cid", "Bob Ada 127.0.0.1 Rb4kT8mA 0 120 12 10 2, 0 0"}};
+  for (const auto &c : cases) {
+    lan_menu_state *lobby = static_cast<lan_menu_state *>(enter(3));
+    lobby->start_requested = 1;
+    reset();
+    netInfo.is_host = c.hosting;
+    interpret(c.message);
+    EXPECT_EQ(pairing(), c.pairing) << c.message;
+    EXPECT_EQ(lobby->start_requested, c.message[0] != 'd');
+  }
+}
+
 TEST_F(received, match_messages_are_mirrored_when_new_and_credible) {
   game_state *match = static_cast<game_state *>(enter(2));
   const auto values = [match] {

@@ -85,9 +85,9 @@ TEST_F(messages, say_what_they_are_to_say) {
 
 TEST_F(messages, carry_the_whole_match) {
   left.x = 132 + 4 * 10 + 3;
-  left.y = 80 + 5 * 11;
+  left.y = 80 + 5 * 11 + 4;
   right.x = 132 - 4 * 2 - 3;  // part of a block is dropped towards zero
-  right.y = 80 - 5 * 3;
+  right.y = 80 - 5 * 3 - 4;
   int value = 12;
   for (fighter *fighter : {&left, &right}) {
     for (int fighter::*field :

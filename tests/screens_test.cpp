@@ -44,7 +44,7 @@ TEST(screens, without_texts_are_reported_and_go_on) {
     std::string lines;
   } cases[] = {
       {1, "D", title + title + title + title + item + item + item + item + item + item + item + item},
-      {5, "RDRDR", options + "s title texture!\n" + rows + rows},
+      {5, "RrDRDR", options + "s title texture!\n" + rows + rows},
       {2, "E",
        top + "Time)!\n" + top + "Score)!\n" + top + "Score)!\n" + top + "Pause title)!\n" + top +
            "pause sound)!\n" + loader + loader + loader},

@@ -63,16 +63,6 @@ TEST(token_list, splits_a_message) {
   }
 }
 
-TEST(token_list, reads_tokens_as_texts) {
-  const decoded decoded("a8 Rb4kT8mA 3 120");
-  char text[6] = "xxxxx";
-  EXPECT_EQ(get_string_token_by_number(text, sizeof text, 3, decoded.head), nullptr);
-  EXPECT_STREQ(text, "xxxxx");
-  EXPECT_EQ(get_string_token_by_number(text, sizeof text, 2, decoded.head), text);
-  EXPECT_EQ(std::string(text, sizeof text), std::string("120\0\0\0", 6));
-  EXPECT_STREQ(get_string_token_by_number(text, sizeof text, 1, decoded.head), "Rb4kT");
-}
-
 TEST(token_list, reads_tokens_as_numbers) {
   const std::pair<const char *, int> numbers[] = {
       {"a3 120", 120},

@@ -39,15 +39,19 @@ tidy() {
   local stamp=build/analysis/stamps/$1
   mkdir -p "${stamp%/*}"
   touch "$stamp.begun"
-  clang-tidy -p build/analysis --quiet "$1" 2>/dev/null && mv "$stamp.begun" "$stamp"
+  if ! clang-tidy -p build/analysis --quiet "$1" 2>"$stamp.log"; then
+    cat "$stamp.log" >&2
+    return 1
+  fi
+  mv "$stamp.begun" "$stamp"
 }
 export -f tidy
 
 analyse() {
   mkdir -p "$stamps/cppcheck"
-  cppcheck --quiet -j "$(nproc)" --std=c++20 --enable=warning,performance,portability --inline-suppr -I. \
+  cppcheck --quiet -j "$(nproc)" --std=c++20 --enable=warning,performance,portability -I. \
     --error-exitcode=1 --cppcheck-build-dir="$stamps/cppcheck" "${rooms[@]}"
-  cmake --preset release -B build/analysis >/dev/null  # for its compile_commands.json
+  cmake --preset debug -B build/analysis -DPUGNADO_TESTS=OFF >/dev/null  # for its compile_commands.json
   # shellcheck disable=SC2016
   changed_sources | xargs -0 -r -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy
 }

@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034
-# Sourced by play.sh and test.sh: the Debian packages that the project needs, and how to install and build.
+# Sourced by every script that builds: the Debian packages that the project needs, and how to install and build.
 
 # To build the game and to run it on a display.
 game_packages=(
@@ -17,6 +17,8 @@ test_packages=(
 )
 # To look through the sources.
 analysis_packages=(clang-format clang-tidy cppcheck)
+# To measure.
+bench_packages=(libbenchmark-dev)
 # To fuzz.
 fuzz_packages=(clang libclang-rt-14-dev)
 

@@ -21,7 +21,7 @@ from game_pages import choose, pause, wait_for_main_menu, wait_for_match  # noqa
 FOLDER = ROOT / "docs"
 LOCAL = {"main_menu": "main_menu", "options": "options", "punch": "match", "pause_menu": "pause_menu",
          "end_screen": "end_screen"}  # names in the demonstration and in docs/
-FRAME = 1 / 15   # s between two frames of the moving picture
+PERIOD = 1 / 15  # s between two frames of the moving picture
 FRAMES = 105
 COLOURS = 24     # of the moving picture
 
@@ -48,7 +48,7 @@ def record(game, frames):
     due = time.monotonic()
     while len(frames) < FRAMES:
         frames.append(game.screenshot().reduce(2))
-        due += FRAME
+        due += PERIOD
         time.sleep(max(due - time.monotonic(), 0))
 
 
@@ -69,7 +69,7 @@ def take_moving_picture():
     palette = frames[FRAMES // 2].quantize(COLOURS, dither=Image.Dither.NONE)
     first, *others = [frame.quantize(palette=palette, dither=Image.Dither.NONE) for frame in frames]
     path = FOLDER / "match.gif"
-    first.save(path, save_all=True, append_images=others, duration=round(1000 * FRAME), loop=0, optimize=True)
+    first.save(path, save_all=True, append_images=others, duration=round(1000 * PERIOD), loop=0, optimize=True)
     print(f"  {path.relative_to(ROOT)}: {path.stat().st_size} bytes", flush=True)
 
 

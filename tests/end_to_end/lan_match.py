@@ -205,7 +205,5 @@ STEPS = (meet, set_up, part_and_return, lose_guest_in_room, fight, pause_on_each
          lose_guest_in_match, quit_match, check_envelopes)
 
 
-
-
 if __name__ == "__main__":
     run(STEPS)

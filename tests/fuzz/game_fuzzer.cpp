@@ -4,6 +4,7 @@
 #include <SDL.h>
 #include <SDL_ttf.h>
 
+#undef NDEBUG  // whatever the build, the assertions are what is checked
 #include <cassert>
 #include <cstring>
 #include <deque>

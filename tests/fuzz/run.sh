@@ -9,6 +9,7 @@ source tools/setup.sh
 
 install_packages "${game_packages[@]}" "${fuzz_packages[@]}"
 build_preset fuzz
+trap 'kill $(jobs -p) 2>/dev/null || true' EXIT
 for name in token game; do
   "build/fuzz/${name}_fuzzer" -max_total_time=$((${1:-60} * 60)) -max_len=200 -timeout=10 -print_funcs=0 \
     -print_final_stats=1 "-artifact_prefix=build/fuzz/$name-" "build/fuzz/corpus/$name" "tests/fuzz/corpus/$name" &

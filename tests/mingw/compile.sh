@@ -7,7 +7,7 @@ cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/../.."
 
 compiler=x86_64-w64-mingw32-g++
 if ! command -v "$compiler" >/dev/null; then
-  echo "skipped: there is no $compiler (package g++-mingw-w64-x86-64)"
+  echo "skipped: there is no $compiler (package g++-mingw-w64-x86-64-posix)"
   exit 77
 fi
 printf '%s\0' {app,media,fight,net,screens}/*.cpp | xargs -0 -n 4 -P "$(nproc)" \

@@ -67,16 +67,15 @@ class Display:
 
 class Game:
     """One running game. `root` is where it is started, `environment` is laid over the present one with None
-    for a variable to take away, and `prefix` is a command that runs it, such as one that enters a network
-    namespace."""
+    for a variable to take away."""
 
-    def __init__(self, display, program=RELEASE_PROGRAM, arguments=(), *, root=ROOT, environment=None, prefix=()):
+    def __init__(self, display, program=RELEASE_PROGRAM, arguments=(), *, root=ROOT, environment=None):
         self.display = display
         self.size = None  # of the window: width and height in pixels, once it is open
         variables = {**os.environ, "DISPLAY": display.name, "SDL_VIDEODRIVER": "x11", "SDL_AUDIODRIVER": "dummy",
                      **(environment or {})}
         self.process = subprocess.Popen(
-            [*prefix, str(program), *arguments], cwd=root, text=True, errors="replace",
+            [str(program), *arguments], cwd=root, text=True, errors="replace",
             env={name: value for name, value in variables.items() if value is not None},
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
@@ -135,12 +134,6 @@ class Game:
     def press(self, *keys):
         """Presses and releases the keys, one after the other."""
         self._xdotool("key", "--delay", "10", *keys)
-
-    def hold(self, *keys):
-        self._xdotool("keydown", "--delay", "0", *keys)
-
-    def release(self, *keys):
-        self._xdotool("keyup", "--delay", "0", *keys)
 
     def hold_for(self, seconds, key):
         self._xdotool("keydown", "--delay", "0", key, "sleep", f"{seconds:.3f}", "keyup", "--delay", "0", key)
