@@ -117,7 +117,10 @@ TEST_F(lan_menu, keys_change_page_and_room) {
   for (const auto &c : cases) {
     open(c.page, c.guest);
     world.draws.assign(c.page == 0 && c.keys[0] == 'U' && c.keys[1] == 'R' ? 16 : 0, 1);
+    link.send("queued while nobody listened");
     press(c.keys);
+    const bool opened = c.page == page_name_entry && lobby->mode != page_name_entry;
+    EXPECT_EQ(net_check_descriptor(0, 0, net_readable), opened ? 0 : net_readable) << c.page << c.keys;
     EXPECT_EQ(joined(c.page == 2 ? lobby->host_selection : lobby->name_selection, lobby->mode,
                      context.state_machine->next_state, +netInfo.is_host, netInfo.fighter1_color,
                      context.fight_time, +netInfo.guest_joined, +lobby->start_requested,
@@ -135,6 +138,8 @@ TEST_F(lan_menu, keys_change_page_and_room) {
   lobby->start_requested = 1;
   press("E");
   EXPECT_EQ(lobby->mode, 2) << "keys wait for the guest's answer";
+  enter(screen_main_menu);
+  EXPECT_EQ(context.unit_w, 4) << "the small fighters' blocks are the lobby's alone";
 }
 
 TEST_F(lan_menu, room_list_scrolls_and_joins) {

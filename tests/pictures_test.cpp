@@ -122,7 +122,7 @@ const struct view {
     {"lan_name", [] { open_lobby(page_name_entry, "Bob"); }},
     {"lan_no_rooms", [] { open_lobby(page_room_list, "Bob"); }},
     {"lan_rooms", [] { list_rooms(1, 0); }},
-    {"lan_rooms_scrolled", [] { list_rooms(4, 1); }},
+    {"lan_rooms_scrolled", [] { list_rooms(4, 2); }},
     {"lan_host", [] { open_lobby(page_host_room, "Bob"); }},
     {"lan_host_and_guest", [] { open_lobby(page_host_room, "Bob"), netInfo.guest_joined = 1, press("U"); }},
     {"lan_joined", [] { open_lobby(page_joined_room, "Bob"); }},
