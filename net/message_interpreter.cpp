@@ -100,21 +100,8 @@ bool is_news(const message &message) {
   return true;
 }
 
-// When both resume within a message's way, an old message can make each believe that the other one still
-// pauses, and neither player could end that. After so many messages in a row it is no matter of delay any
-// more.
-constexpr int contradiction_limit = 60;
-int contradictions = 0;
-
-void end_contradiction(game_state *game, int peer_paused) {
-  const bool contradicts = game->paused == pause_by_peer && peer_paused == pause_by_peer;
-  contradictions = contradicts ? contradictions + 1 : 0;
-  if (contradictions >= contradiction_limit) game->paused = pause_none;
-}
-
 // A pause crosses over mirrored. One made on this machine is never lifted by the peer.
 void follow_pause(game_state *game, int peer_paused) {
-  end_contradiction(game, peer_paused);
   if (game->paused == pause_none && peer_paused == pause_local) game->paused = pause_by_peer;
   if (game->paused == pause_by_peer && peer_paused == pause_none) game->paused = pause_none;
 }

@@ -161,13 +161,13 @@ void act(machine *machine, char deed) {
   if (deed == 'Q' || deed == 'K' || deed == 'S') machine->keys.push_back(SDLK_RETURN);
 }
 
-// Both take a break every ten seconds and end it at about the same time. Returns whether a punch was begun.
+// Both take a break every ten seconds, the guest a longer one. Returns whether a punch was begun.
 bool fight(machine &machine) {
   game_state *match = match_of(machine);
   if (match == nullptr || match->fighting == 0) return false;
   fighter *own = machine.number == 0 ? match->fighter1 : match->fighter2;
   const fighter *other = machine.number == 0 ? match->fighter2 : match->fighter1;
-  const unsigned resumes_at = match->paused == pause_local ? 30 : 0;
+  const unsigned resumes_at = match->paused == pause_local ? 30 + 30 * machine.number : 0;
   if (machine.context->frame_count % 300 == resumes_at) machine.keys = {SDLK_ESCAPE};
   const auto draw = machine.random();
   if (draw % 4 == 0) own->vel_x = other->x > own->x ? own->speed_x : -own->speed_x;
