@@ -33,6 +33,8 @@ bool start_sdl() {
     started = false;
   }
   if (!started) std::printf("SDL could not init! SDL Error: %s\n", SDL_GetError());
+  // SDL starts with text input on, and an input method would take the keys of a match for writing.
+  if (started) SDL_StopTextInput();
   return started;
 }
 

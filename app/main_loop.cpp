@@ -94,23 +94,22 @@ bool receive(const drain &drain, received *datagram) {
 
 // Reads what the peer has sent and interprets the datagram read last, if a counted one or a leave message
 // was among them; any other is read and dropped. Datagrams of other machines neither count nor displace the
-// peer's, and cannot hold the frame up beyond its budget.
+// peer's. Nothing that does not count, a failed receive included, holds the frame up beyond its budget.
 void drain_socket(const drain &drain) {
   received last = {};
   int counted = 0;
   received datagram = {};
   while (counted < drain_limit && receive(drain, &datagram)) {
-    if (datagram.length == from_stranger) {
-      ++strangers;
-      if (spent_in_frame() >= screen_tick_per_frame) break;
-      continue;
-    }
-    last = datagram;
-    if (last.text[0] == message_leave_game) {
-      counted = 1;
+    const bool from_peer = datagram.length != from_stranger;
+    if (from_peer) last = datagram;
+    strangers += from_peer ? 0 : 1;
+    if (from_peer && last.text[0] == message_leave_game) {
+      counted = drain_limit;
+    } else if (from_peer && last.text[0] == drain.counted_letter) {
+      ++counted;
+    } else if (spent_in_frame() >= screen_tick_per_frame) {
       break;
     }
-    if (last.text[0] == drain.counted_letter) ++counted;
   }
   if (counted != 0) interpret_message(last.text, last.length);
 }
@@ -140,8 +139,11 @@ void cap_frame() {
 void run_frame(state_object *state) {
   timer_start(context.cap_timer);
   state->handle_input();
+  // Who closes the window is obeyed, whatever else the frame brings: a start, a bell, a leaving peer.
+  const bool closing = state->next_state == screen_quit;
   if (in_lan_match(true)) drain_socket(host_drain);
   state->update();
+  if (closing) state->next_state = screen_quit;
   state_change(state);
   if (in_lan_match(false)) drain_socket(guest_drain);
   state->render();

@@ -32,12 +32,13 @@ texture lan_name;
 
 namespace {
 
-constexpr std::uint32_t send_period = 1000;  // ms between announcements or joined messages
-constexpr int socket_wait = 1000;            // microseconds that a frame waits for the socket
-constexpr std::size_t name_limit = 10;       // bytes of a user name
-constexpr int list_rows = 4;                 // rooms shown at once
-constexpr int room_timeout = 5000;           // ms without an announcement until a room leaves the list
-constexpr int repeats = 3;                   // copies of a message that is not answered by another
+constexpr std::uint32_t send_period = 1000;    // ms between announcements or joined messages
+constexpr int socket_wait = 1000;              // microseconds that a frame waits for the socket
+constexpr std::size_t name_limit = 10;         // bytes of a user name
+constexpr int list_rows = 4;                   // rooms shown at once
+constexpr int room_timeout = 5000;             // ms without an announcement until a room leaves the list
+constexpr int repeats = 3;                     // copies of a message that is not answered by another
+constexpr std::uint32_t start_timeout = 5000;  // ms for which a guest is asked to start
 
 constexpr const char *input_failure = "Unable to render Input texture!";
 
@@ -77,70 +78,104 @@ enum name_row : int {
   row_create = 2,
 };
 
-bool control_held() {
-  return (SDL_GetModState() & KMOD_CTRL) != 0;
-}
-
 bool name_takes_text(const lan_menu_state *lobby) {
   return lobby->name_selection == row_name && std::strlen(netInfo.username) < name_limit;
 }
 
-// Bytes of the UTF-8 character that begins with `first`; 1 for what begins none.
-std::size_t character_length(char first) {
-  const unsigned char byte = static_cast<unsigned char>(first);
-  if (byte >= 0xF0) return 4;
-  if (byte >= 0xE0) return 3;
-  return byte >= 0xC0 ? 2 : 1;
+// Text input is on only while a name is being typed: an input method would swallow the keys of a match.
+void switch_text_input(const lan_menu_state *lobby) {
+  const bool on = lobby->mode == page_name_entry && name_takes_text(lobby);
+  if (on == (SDL_IsTextInputActive() == SDL_TRUE)) return;
+  if (on) {
+    SDL_StartTextInput();
+  } else {
+    SDL_StopTextInput();
+  }
 }
 
-// Appends as many whole characters as the name has room for.
+bool continues_character(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
+}
+
+// Bytes of the UTF-8 character that `text` begins with.
+std::size_t character_length(const char *text) {
+  std::size_t length = 1;
+  while (continues_character(text[length])) ++length;
+  return length;
+}
+
+// True for U+0000 to U+001F and U+007F to U+009F.
+bool is_control_character(const char *text) {
+  const unsigned char first = static_cast<unsigned char>(text[0]);
+  if (first == 0xC2) return static_cast<unsigned char>(text[1]) < 0xA0;
+  return first < 0x20 || first == 0x7F;
+}
+
+// Appends as many whole characters as the name has room for, without those that show nothing.
 void append_to_name(const char *text) {
   std::size_t length = std::strlen(netInfo.username);
-  std::size_t left = std::strlen(text);
-  while (left > 0) {
-    const std::size_t bytes = std::min(character_length(*text), left);
-    if (length + bytes > name_limit) break;
-    std::memcpy(netInfo.username + length, text, bytes);
-    length += bytes;
+  while (*text != '\0') {
+    const std::size_t bytes = character_length(text);
+    const bool taken = !is_control_character(text);
+    if (taken && length + bytes > name_limit) break;
+    if (taken) std::memcpy(netInfo.username + length, text, bytes);
+    length += taken ? bytes : 0;
     text += bytes;
-    left -= bytes;
   }
   netInfo.username[length] = '\0';
   lan_load_username_texture();
 }
 
+// Takes away the last character, whole.
+void shorten_name() {
+  std::size_t length = std::strlen(netInfo.username);
+  if (length == 0) return;
+  do {
+    --length;
+  } while (length > 0 && continues_character(netInfo.username[length]));
+  netInfo.username[length] = '\0';
+  lan_load_username_texture();
+}
+
+bool is_blank(const char *name) {
+  return name[std::strspn(name, " ")] == '\0';
+}
+
 void type_text(const lan_menu_state *lobby, const char *text) {
-  const bool shortcut = control_held() && text[0] != '\0' && std::strchr("cCvV", text[0]) != nullptr;
+  const bool control_held = (SDL_GetModState() & KMOD_CTRL) != 0;  // a text event has no modifiers of its own
+  const bool shortcut = control_held && text[0] != '\0' && std::strchr("cCvV", text[0]) != nullptr;
   if (name_takes_text(lobby) && !shortcut) append_to_name(text);
 }
 
 void paste_name() {
   char *text = SDL_GetClipboardText();
   if (text == nullptr) return;
-  std::snprintf(netInfo.username, sizeof netInfo.username, "%s", text);
+  netInfo.username[0] = '\0';
+  append_to_name(text);
   SDL_free(text);
-  lan_load_username_texture();
 }
 
 void edit_name(SDL_Keycode key) {
-  const std::size_t length = std::strlen(netInfo.username);
-  if (key == SDLK_BACKSPACE && length > 0) {
-    netInfo.username[length - 1] = '\0';
-    lan_load_username_texture();
+  if (key == SDLK_BACKSPACE) shorten_name();
+  if (key != SDLK_c && key != SDLK_v) return;
+  // The event's own modifiers: Ctrl may be up again by the time that a short press is handled.
+  if ((context_get()->event.key.keysym.mod & KMOD_CTRL) == 0) return;
+  if (key == SDLK_c) {
+    SDL_SetClipboardText(netInfo.username);
+  } else {
+    paste_name();
   }
-  if (!control_held()) return;
-  if (key == SDLK_c) SDL_SetClipboardText(netInfo.username);
-  if (key == SDLK_v) paste_name();
 }
 
 void leave_name_entry(lan_menu_state *lobby) {
-  if (netInfo.username[0] != '\0') lobby->mode = lobby->name_selection;
+  if (!is_blank(netInfo.username)) lobby->mode = lobby->name_selection;
   // Nobody has listened so far: what has queued up tells of rooms that may be long gone.
   if (lobby->mode != page_name_entry) net_discard_pending();
   netInfo.is_host = 0;
   if (lobby->mode == page_host_room) {
     random_bytes(8, netInfo.room_id);
     netInfo.is_host = 1;
+    lan_load_time_texture(context_get()->fight_time);  // the text may show another host's time
   }
 }
 
@@ -168,6 +203,8 @@ void join_room(lan_menu_state *lobby, const room_record *room) {
   std::snprintf(netInfo.peer_ip, sizeof netInfo.peer_ip, "%s", room->ip);
   std::snprintf(netInfo.room_id, sizeof netInfo.room_id, "%s", room->room_id);
   netInfo.heartbeat = room->heartbeat;
+  net_setup_p2p_struct();  // so that a player who leaves at once can say so
+  std::memset(lobby->guest_name, 0, sizeof lobby->guest_name);
   lobby->mode = page_joined_room;
 }
 
@@ -215,6 +252,11 @@ void kick_guest() {
   lan_forget_peer();
 }
 
+void ask_to_start(lan_menu_state *lobby) {
+  lobby->start_requested = 1;
+  lobby->start_ticks = SDL_GetTicks();
+}
+
 void change_host_room(lan_menu_state *lobby) {
   switch (lobby->host_selection) {
     case row_colors:
@@ -226,7 +268,7 @@ void change_host_room(lan_menu_state *lobby) {
       lan_load_time_texture(context_get()->fight_time);
       break;
     case row_start:
-      if (netInfo.guest_joined != 0) lobby->start_requested = 1;
+      if (netInfo.guest_joined != 0) ask_to_start(lobby);
       break;
     case row_kick:
       if (netInfo.guest_joined != 0) kick_guest();
@@ -236,9 +278,13 @@ void change_host_room(lan_menu_state *lobby) {
   }
 }
 
+void tell_of_closed_room() {
+  for (int i = 0; i < repeats; ++i) messages_cancel_game();
+}
+
 void close_room(lan_menu_state *lobby) {
   net_setup_p2p_struct();
-  for (int i = 0; i < repeats; ++i) messages_cancel_game();
+  tell_of_closed_room();
   lan_forget_peer();
   net_clear_room_id();
   lobby->mode = page_name_entry;
@@ -267,6 +313,27 @@ using page_handler = bool (*)(lan_menu_state *lobby, SDL_Keycode key);
 constexpr page_handler page_handlers[] = {handle_name_entry, handle_room_list, handle_host_room,
                                           handle_joined_room};
 
+// Closing the window
+
+// While a start waits for the guest, keys stay queued. The window's close does not.
+bool close_was_asked_for() {
+  SDL_PumpEvents();
+  return SDL_PeepEvents(&context_get()->event, 1, SDL_GETEVENT, SDL_QUIT, SDL_QUIT) > 0;
+}
+
+// Whoever shares the room is told, rather than left to wait.
+void tell_of_closed_window(const lan_menu_state *lobby) {
+  if (lobby->mode == page_host_room) tell_of_closed_room();
+  if (lobby->mode == page_joined_room) messages_leave_game();
+}
+
+void poll_page(lan_menu_state *lobby) {
+  // A key may turn to another page; what is left of this frame's events is still this page's.
+  const page_handler handle = page_handlers[lobby->mode];
+  while (menu_poll_event() && handle(lobby, menu_pressed_key())) {
+  }
+}
+
 // Update
 
 void receive_one(int ready) {
@@ -284,7 +351,12 @@ bool send_is_due(lan_menu_state *lobby, int ready) {
   return true;
 }
 
-void request_start() {
+// Gives up in time: a guest that is there but never answers must not hold the host's keys.
+void request_start(lan_menu_state *lobby) {
+  if (SDL_GetTicks() - lobby->start_ticks >= start_timeout) {
+    lobby->start_requested = 0;
+    return;
+  }
   for (int i = 0; i < repeats; ++i) {
     net_setup_p2p_struct();
     messages_starting_game();
@@ -350,23 +422,28 @@ void lan_load_username_texture() {
 
 void lan_handle_input() {
   lan_menu_state *lobby = current_lobby();
-  if (lobby->start_requested != 0) return;
-  if (lobby->mode == page_name_entry && name_takes_text(lobby)) SDL_StartTextInput();
-  // A key may turn to another page; what is left of this frame's events is still this page's.
-  const page_handler handle = page_handlers[lobby->mode];
-  while (menu_poll_event() && handle(lobby, menu_pressed_key())) {
+  state_object *state = context_state_machine();
+  if (lobby->start_requested == 0) {
+    switch_text_input(lobby);
+    poll_page(lobby);
+    switch_text_input(lobby);
+  } else if (close_was_asked_for()) {
+    state->next_state = screen_quit;
   }
+  if (state->next_state == screen_quit) tell_of_closed_window(lobby);
 }
 
 void lan_update() {
   lan_menu_state *lobby = current_lobby();
-  if (lobby->start_requested != 0) request_start();
+  if (context_state_machine()->next_state == screen_quit) return;  // whoever has said goodbye is silent
+  if (lobby->start_requested != 0) request_start(lobby);
   const int ready = net_check_descriptor(0, socket_wait, net_readable | net_writable);
   update_page(lobby, ready);
   check_hart_beat_for_list(&creatorList, SDL_GetTicks(), room_timeout);
 }
 
 void lan_unload() {
+  SDL_StopTextInput();
   preview_destroy();
   preview_restore_layout();
   texture_unload(&lan_title);

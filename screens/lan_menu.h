@@ -19,7 +19,8 @@ extern texture lan_name;  // the user name's field
 // Forgets any earlier pairing, renders the texts and makes the preview. Prints a line for each text that
 // fails.
 void lan_load(lan_menu_state *lobby);
-// Handles the keys of the current page. While a start waits for the guest, events stay queued.
+// Handles the keys of the current page. While a start waits for the guest, all events but the window's close
+// stay queued. A close tells the machine that shares the room.
 void lan_handle_input();
 // One frame of sending, receiving at most one datagram, and time-outs. Waits at most 1 ms for the socket.
 void lan_update();
@@ -31,5 +32,6 @@ void lan_unload();
 // Renders the user name's field in place of the last one: ten characters, dots before the name. Prints a
 // line on failure.
 void lan_load_username_texture();
-// Draws the room list's rows and marks, and notes the room at the cursor row in selected_room_id.
+// Draws the room list's rows and marks, and notes the room at the cursor row in selected_room_id. Scrolls a
+// list that has shrunk back to its last rooms.
 void lan_render_created_games();

@@ -3,6 +3,7 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
@@ -91,9 +92,11 @@ void render_host_room(const lan_menu_state *lobby) {
   layout_render_dimmed(&lan_kick, 0.5, layout_y(0.85), alone);
 }
 
-void render_joined_room(const lan_menu_state *) {
+// The guest is whom the host announces. Until it announces one, this player waits there, dimmed.
+void render_joined_room(const lan_menu_state *lobby) {
+  const bool announced = lobby->guest_name[0] != '\0';
   draw_room_line();
-  draw_players(netInfo.peer_username, netInfo.username, false);
+  draw_players(netInfo.peer_username, announced ? lobby->guest_name : netInfo.username, !announced);
 }
 
 // By lan_page.
@@ -131,6 +134,8 @@ void lan_render() {
 
 void lan_render_created_games() {
   lan_menu_state *lobby = current_lobby();
+  const int rooms = count_list(creatorList);
+  lobby->room_scroll = std::max(std::min(lobby->room_scroll, rooms - list_rows), 0);
   const int last = lobby->room_scroll + list_rows;
   int index = 0;
   for (const list_node *node = creatorList; node != nullptr && index < last; node = node->next, ++index) {
@@ -142,6 +147,6 @@ void lan_render_created_games() {
       std::memcpy(lobby->selected_room_id, room->room_id, sizeof lobby->selected_room_id);
     }
   }
-  draw_scroll_marks(count_list(creatorList), index);
+  draw_scroll_marks(rooms, index);
   draw_cursor(lobby->room_selection);
 }

@@ -15,14 +15,17 @@ enum lan_page : int {
 };
 
 struct lan_menu_state {
-  int name_selection;            // row of the name entry: 0 the name field, 1 "Join", 2 "Create"
-  int room_selection;            // cursor row of the room list, 1 to 4; 0 before there is one
-  int host_selection;            // row of the host room: 0 colours, 1 time, 2 "Start Game", 3 "Kick"
-  int room_scroll;               // index in the room list of the first room shown
-  int mode;                      // the lan_page shown
-  std::uint32_t last_sent;       // tick (ms) of the last announcement or joined message
-  std::uint8_t start_requested;  // 1 from "Start Game" until the guest acknowledges or is forgotten
-  char selected_room_id[10];     // id of the room drawn at the cursor row; empty while there was none
+  int name_selection;       // row of the name entry: 0 the name field, 1 "Join", 2 "Create"
+  int room_selection;       // cursor row of the room list, 1 to 4; 0 before there is one
+  int host_selection;       // row of the host room: 0 colours, 1 time, 2 "Start Game", 3 "Kick"
+  int room_scroll;          // index in the room list of the first room shown
+  int mode;                 // the lan_page shown
+  std::uint32_t last_sent;  // tick (ms) of the last announcement or joined message
+  std::uint8_t
+      start_requested;        // 1 from "Start Game" until the guest acknowledges or is forgotten, 5 s at most
+  char selected_room_id[10];  // id of the room drawn at the cursor row; empty while there was none
+  std::uint32_t start_ticks;  // tick (ms) of "Start Game"
+  char guest_name[11];        // joined room: who is in it, as the host has announced since this player joined
 };
 
 extern texture lan_time;  // the fight time; loaded while the lobby is current

@@ -47,9 +47,10 @@ std::string run(const std::function<void(char)> &action) {
 }  // namespace
 
 TEST(main_loop, quit_renders_once_more_and_unloads_once) {
-  for (const char moment : {'i', 'u'}) {
-    EXPECT_EQ(run([moment](char now) {
-                if (now == moment) context.state_machine->next_state = 6;
+  for (const std::string requests : {"i6", "u6", "i6u2"}) {  // a later request does not hold a close up
+    EXPECT_EQ(run([&requests](char now) {
+                const auto request = requests.find(now);
+                if (request != requests.npos) context.state_machine->next_state = requests[request + 1] - '0';
               }),
               "1h 1l 1i 1u 1r 1x ");
     EXPECT_EQ(context.frame_count, 1u);

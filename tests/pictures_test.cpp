@@ -125,7 +125,8 @@ const struct view {
     {"lan_rooms_scrolled", [] { list_rooms(4, 2); }},
     {"lan_host", [] { open_lobby(page_host_room, "Bob"); }},
     {"lan_host_and_guest", [] { open_lobby(page_host_room, "Bob"), netInfo.guest_joined = 1, press("U"); }},
-    {"lan_joined", [] { open_lobby(page_joined_room, "Bob"); }},
+    {"lan_joined", [] { SDL_strlcpy(open_lobby(page_joined_room, "Cid")->guest_name, "Bob", 11); }},
+    {"lan_joining", [] { open_lobby(page_joined_room, "Bob"); }},
 };
 
 SDL_Surface *picture_on_screen() {

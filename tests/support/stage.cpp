@@ -75,11 +75,12 @@ std::string output_of(const std::function<void()> &action) {
                             std::regex("((Error|ERROR|error): ).*?(?=\\n|$|Failed|Closing)"), "$1*");
 }
 
-void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat) {
+void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat, Uint16 modifiers) {
   SDL_Event event = {};
   event.type = type;
   event.key.repeat = repeat;
   event.key.keysym.sym = key;
+  event.key.keysym.mod = modifiers;
   SDL_PushEvent(&event);
 }
 
