@@ -2,7 +2,9 @@
 
 #include <SDL.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <initializer_list>
 
@@ -20,8 +22,11 @@
 namespace {
 
 constexpr int winning_score = 99;
-constexpr int end_delay = 2;        // s from the end of the match to the end screen
-constexpr int goodbye_repeats = 3;  // copies of the leave message, since nobody answers it
+constexpr int end_delay = 2;         // s from the end of the match to the end screen
+constexpr int goodbye_repeats = 3;   // copies of the leave message, since nobody answers it
+constexpr int punch_tells_most = 4;  // frames in which the host is told of a press; a punch lasts for more
+constexpr std::uint32_t punch_tell_time =
+    5 * screen_tick_per_frame;  // ms; the same for frames that took long
 
 game_state *current_game() {
   return static_cast<game_state *>(context_state_machine()->screen);
@@ -70,6 +75,16 @@ void tell_peer_goodbye() {
   for (int i = 0; i < goodbye_repeats; ++i) messages_leave_game();
 }
 
+// Tells the host this frame's controls. A press of the punch key is repeated for some frames, since one
+// message may be lost; until the host's state shows the punch, and not for so long that it could be taken for
+// another.
+void tell_controls(game_state *game) {
+  const bool seen = game->fighter2->punch_phase >= punch_half;
+  if (seen || SDL_GetTicks() - game->punch_ticks > punch_tell_time) game->punch_tells = 0;
+  if (peer_reachable()) messages_key_press();
+  if (game->punch_tells > 0) --game->punch_tells;
+}
+
 // Input
 
 // A key that moves a fighter while it is held, in steps of its speed.
@@ -83,23 +98,40 @@ constexpr movement_key arrow_keys[] = {
 constexpr movement_key letter_keys[] = {{SDLK_a, -1, 0}, {SDLK_d, 1, 0}, {SDLK_w, 0, -1}, {SDLK_s, 0, 1}};
 
 struct controls {
+  int set;  // index of `held`
   const movement_key (&movement)[4];
   SDL_Keycode punch;
 };
-constexpr controls right_hand = {arrow_keys, SDLK_SPACE};
-constexpr controls left_hand = {letter_keys, SDLK_TAB};
+constexpr controls right_hand = {0, arrow_keys, SDLK_SPACE};
+constexpr controls left_hand = {1, letter_keys, SDLK_TAB};
 
-// Presses add a step and releases take it back, so that opposite keys held together cancel out.
-void control_fighter(fighter *fighter, const controls &controls, const SDL_KeyboardEvent &key) {
+// Presses add a step and releases take it back, so that opposite keys held together cancel out. A release
+// without a press that counted, such as that of a key held since before the match, changes nothing: it would
+// leave the fighter walking by itself.
+void count_direction(fighter *fighter, const movement_key &movement, bool pressed, bool *held) {
+  if (*held == pressed) return;
+  *held = pressed;
+  const int direction = pressed ? 1 : -1;
+  fighter->vel_x += direction * movement.across * fighter->speed_x;
+  fighter->vel_y += direction * movement.down * fighter->speed_y;
+}
+
+void begin_punch(game_state *game, fighter *fighter) {
+  if (fighter->punch_phase != punch_none) return;
+  fighter->punch_phase = punch_started;
+  if (!is_guest()) return;
+  game->punch_tells = punch_tells_most;
+  game->punch_ticks = SDL_GetTicks();
+}
+
+void control_fighter(game_state *game, fighter *fighter, const controls &controls,
+                     const SDL_KeyboardEvent &key) {
   const bool pressed = key.type == SDL_KEYDOWN;
-  if (pressed && key.keysym.sym == controls.punch && fighter->punch_phase == punch_none) {
-    fighter->punch_phase = punch_started;
-  }
-  for (const movement_key &movement : controls.movement) {
-    if (key.keysym.sym != movement.key) continue;
-    const int direction = pressed ? 1 : -1;
-    fighter->vel_x += direction * movement.across * fighter->speed_x;
-    fighter->vel_y += direction * movement.down * fighter->speed_y;
+  if (pressed && key.keysym.sym == controls.punch) begin_punch(game, fighter);
+  for (int i = 0; i < 4; ++i) {
+    const movement_key &movement = controls.movement[i];
+    if (key.keysym.sym == movement.key)
+      count_direction(fighter, movement, pressed, &game->held[controls.set][i]);
   }
 }
 
@@ -143,8 +175,8 @@ void control_pause_menu(game_state *game, SDL_Keycode key) {
 
 void handle_key(game_state *game, const SDL_KeyboardEvent &key) {
   if (key.repeat != 0) return;
-  control_fighter(is_guest() ? game->fighter2 : game->fighter1, right_hand, key);
-  if (context_get()->game_mode == mode_two_players) control_fighter(game->fighter2, left_hand, key);
+  control_fighter(game, is_guest() ? game->fighter2 : game->fighter1, right_hand, key);
+  if (context_get()->game_mode == mode_two_players) control_fighter(game, game->fighter2, left_hand, key);
   if (key.type == SDL_KEYDOWN) control_pause_menu(game, key.keysym.sym);
 }
 
@@ -178,11 +210,16 @@ void run_fight(game_state *game) {
   game->time_left = game->end_time - now_in_seconds();
 }
 
-// A frame of a match that is not paused. False when it has been over for long enough: the end screen is
-// asked for then.
+// A clock that was set back since the bell does not hold the end screen up either.
+bool bell_is_long_ago(const game_state *game) {
+  const int now = now_in_seconds();
+  return now > game->end_at || now < game->end_at - end_delay;
+}
+
+// A frame of a match that does not stand still. False when it has been over for long enough: the end screen
+// is asked for then.
 bool run_match(game_state *game) {
-  game_check_for_end(game);
-  if (game->fighting == 0 && now_in_seconds() > game->end_at) {
+  if (game->fighting == 0 && bell_is_long_ago(game)) {
     context_state_machine()->next_state = screen_end;
     return false;
   }
@@ -218,6 +255,9 @@ void game_load(game_state *game) {
   game->distance = 0;
   game->end_at = 0;
   game->fighting = 1;
+  std::memset(game->held, 0, sizeof game->held);
+  game->punch_tells = 0;
+  game->punch_ticks = 0;
   game->paused = pause_none;
   game->pause_selection = pause_item_sound;
 }
@@ -226,20 +266,25 @@ void game_handle_input() {
   game_state *game = current_game();
   SDL_Event &event = context_get()->event;
   while (SDL_PollEvent(&event) != 0) {
-    if (game->fighting == 0) continue;
     if (event.type == SDL_QUIT) {
+      if (in_lan_match()) tell_peer_goodbye();
       context_state_machine()->next_state = screen_quit;
       return;
     }
+    if (game->fighting == 0) continue;
     if (event.type == SDL_KEYDOWN || event.type == SDL_KEYUP) handle_key(game, event.key);
   }
-  if (is_guest() && peer_reachable()) messages_key_press();
+  if (is_guest()) tell_controls(game);
 }
 
 void game_update() {
   game_state *game = current_game();
   check_for_lost_peer();
-  if (game->paused != pause_none || peer_silent()) {
+  const bool standing = game->paused != pause_none || peer_silent();
+  // The end of a LAN match comes on both machines, whoever has paused or is unheard in its frame: one that
+  // waited for a resume would find the other gone.
+  if (!standing || in_lan_match()) game_check_for_end(game);
+  if (standing && game->fighting != 0) {
     restart_clock(game);
   } else if (!run_match(game)) {
     return;

@@ -7,7 +7,8 @@
 
 // Sets a match up on the record: fighters at their corners, the clock at the chosen fight time.
 void game_load(game_state *game);
-// Handles every pending event: movement, punches, pause menu. Once the match has ended, drops them all.
+// Handles every pending event: movement, punches, pause menu, the window's close, which the peer of a LAN
+// match is told. Once the match has ended, drops all but that.
 void game_handle_input();
 // One frame of the match.
 void game_update();

@@ -2,6 +2,8 @@
 
 // The record of a match: what the rules, the drawing and the CPU opponent share.
 
+#include <cstdint>
+
 struct cpu_logic;
 struct fighter;
 
@@ -28,4 +30,7 @@ struct game_state {
   fighter *fighter1;    // owned; starts on the left
   fighter *fighter2;    // owned; starts on the right
   cpu_logic *cpu;       // owned; null unless the match is against the CPU
+  bool held[2][4];      // direction keys whose press has counted and whose release has not: arrows, letters
+  int punch_tells;      // guest: frames in which the host is still told of the last press of the punch key
+  std::uint32_t punch_ticks;  // guest: tick (ms) of that press
 };

@@ -10,6 +10,7 @@
 #include "app/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "media/sounds.h"
 #include "net/message_reader.h"
 #include "net/messages.h"
 #include "net/net.h"
@@ -45,10 +46,12 @@ void copy_text(char (&destination)[size], const char *text) {
   std::snprintf(destination, size, "%s", text);
 }
 
-// The settings of the room that this guest has joined, as its host announces them.
+// The settings of the room that this guest has joined, as its host announces them. Whom the host takes for
+// its guest is shown but changes no name here: the host may not have heard of this player yet, or know
+// another.
 void follow_host(const message &message) {
   copy_text(netInfo.peer_username, message.name);
-  copy_text(netInfo.username, message.guest_name);
+  copy_text(current_lobby()->guest_name, message.guest_name);
   netInfo.fight_time = message.fight_time;
   lan_load_time_texture(netInfo.fight_time);
   if (message.fighter1_color != netInfo.fighter1_color) {
@@ -85,11 +88,13 @@ void apply_start(const message &message, const char *) {
   net_setup_p2p_struct();
   messages_starting_game_ack();
   context_state_machine()->next_state = screen_game;
+  peer_was_heard();
 }
 
 void apply_start_ack(const message &, const char *) {
   context_state_machine()->next_state = screen_game;
   current_lobby()->start_requested = 0;
+  peer_was_heard();
 }
 
 // Drops what is older than, or as old as, what was accepted last.
@@ -100,10 +105,16 @@ bool is_news(const message &message) {
   return true;
 }
 
-// A pause crosses over mirrored. One made on this machine is never lifted by the peer.
+// A pause crosses over mirrored. One made on this machine is never lifted by the peer. Messages are taken in
+// in their order, so a peer that holds itself paused by this machine, after it had paused, has itself
+// resumed: otherwise two that resume at once would wait for each other for good.
 void follow_pause(game_state *game, int peer_paused) {
-  if (game->paused == pause_none && peer_paused == pause_local) game->paused = pause_by_peer;
-  if (game->paused == pause_by_peer && peer_paused == pause_none) game->paused = pause_none;
+  const bool resumed = peer_paused == pause_none || peer_paused == pause_by_peer;
+  if (game->paused == pause_none && peer_paused == pause_local) {
+    game->paused = pause_by_peer;
+  } else if (game->paused == pause_by_peer && resumed) {
+    game->paused = pause_none;
+  }
 }
 
 void follow_fighter(fighter *fighter, const fighter_report &report) {
@@ -117,9 +128,28 @@ void follow_fighter(fighter *fighter, const fighter_report &report) {
   fighter->score = report.score;
 }
 
+// A punch that ends without having met anybody; `before` is the one who punches.
+bool misses(const fighter &before, const fighter_report &after, const fighter &other_before,
+            const fighter_report &other_after) {
+  const bool extended = before.punch_phase >= punch_started && before.punch_phase <= punch_full;
+  return extended && after.punch_phase >= punch_returning && other_before.knock_frames == 0 &&
+         other_after.knock_frames == 0;
+}
+
+// The guest runs no punches, so it hears them by what the host's state changes.
+void sound_changes(const game_state &game, const message &message) {
+  const fighter &first = *game.fighter1;
+  const fighter &second = *game.fighter2;
+  if (message.fighter1.knock_frames > first.knock_frames) sounds_play(gPunchHit);
+  if (message.fighter2.knock_frames > second.knock_frames) sounds_play(gPunchHit);
+  if (misses(first, message.fighter1, second, message.fighter2)) sounds_play(gPunch);
+  if (misses(second, message.fighter2, first, message.fighter1)) sounds_play(gPunch);
+}
+
 void apply_game_state(const message &message, const char *) {
   if (!is_news(message)) return;
   game_state *game = current_game();
+  sound_changes(*game, message);
   follow_fighter(game->fighter1, message.fighter1);
   follow_fighter(game->fighter2, message.fighter2);
   game->time_left = message.time_left;
@@ -127,11 +157,16 @@ void apply_game_state(const message &message, const char *) {
   peer_was_heard();
 }
 
+int sign(int value) {
+  return (value > 0) - (value < 0);
+}
+
 void apply_key_press(const message &message, const char *) {
   if (!is_news(message)) return;
   game_state *game = current_game();
-  game->fighter2->vel_x = message.vel_x;
-  game->fighter2->vel_y = message.vel_y;
+  // The peer's pixels are those of its own window; what counts is where to, in this window's steps.
+  game->fighter2->vel_x = sign(message.vel_x) * game->fighter2->speed_x;
+  game->fighter2->vel_y = sign(message.vel_y) * game->fighter2->speed_y;
   if (game->fighter2->punch_phase == punch_none && message.punch_phase == punch_started) {
     game->fighter2->punch_phase = punch_started;
   }
@@ -175,6 +210,8 @@ constexpr handler handlers[] = {
     {message_joined_game, lobby, host_of_room, anyone, any_room, apply_joined},
     {message_starting_game, lobby, any_role, peer, own_room, apply_start},
     {message_starting_game_ack, lobby, waiting_for_start, peer, own_room, apply_start_ack},
+    {message_key_press, lobby, waiting_for_start, peer, own_room,
+     apply_start_ack},  // it plays: the ack was lost
     {message_game_state, match, any_role, peer, own_room, apply_game_state},
     {message_key_press, match, any_role, peer, own_room_text, apply_key_press},
     {message_kick_game, lobby, host_of_none, peer, any_room, apply_kick},

@@ -118,9 +118,10 @@ int messages_game_state() {
 int messages_key_press() {
   const game_state *match = current_match();
   const fighter *guest = match->fighter2;
+  const int punch_phase = match->punch_tells > 0 ? punch_started : guest->punch_phase;
   draft message = start_draft(message_key_press);
   add_counter(&message);
-  add_numbers(&message, {guest->vel_x, guest->vel_y, guest->punch_phase, match->paused});
+  add_numbers(&message, {guest->vel_x, guest->vel_y, punch_phase, match->paused});
   return send_draft(message, to_peer);
 }
 

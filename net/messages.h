@@ -10,7 +10,7 @@
 //   d starting game ack      peer   room_id, username
 //   e game state             peer   room_id, counter, fighter 1, fighter 2, time left (s), pause value
 //   f key press              peer   room_id, counter, fighter 2's vel_x, vel_y (pixels per frame) and
-//                                   punch_phase, pause value
+//                                   punch_phase (1 in the frames that tell of a press), pause value
 //   g kick                   peer   room_id, username
 //   h cancel game            group  room_id, username
 //   i leave game             peer   room_id, username
