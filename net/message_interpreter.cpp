@@ -158,7 +158,8 @@ void apply_game_state(const message &message, const char *) {
 }
 
 int sign(int value) {
-  return (value > 0) - (value < 0);
+  if (value == 0) return 0;
+  return value < 0 ? -1 : 1;
 }
 
 void apply_key_press(const message &message, const char *) {

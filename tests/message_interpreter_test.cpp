@@ -178,6 +178,23 @@ TEST_F(received, match_messages_are_mirrored_when_new_and_credible) {
   }
 }
 
+// Whatever the size of the guest's window, of which its controls tell.
+TEST_F(received, guest_walks_by_the_blocks_of_the_host) {
+  for (const auto &[width, height] : {std::pair{800, 640}, {1280, 1024}, {400, 320}}) {
+    context.window_width = width;
+    context.window_height = height;
+    context_calc_units();
+    context_calc_ring();
+    const fighter &guest = *static_cast<game_state *>(enter(2))->fighter2;
+    const int step_x = 4 * context.unit_w, step_y = 4 * context.unit_h;
+    reset();
+    for (int number = 413; const char *told : {" 4 -4", " 28 -32", " 8 -8"}) {
+      interpret("f Rb4kT8mA " + std::to_string(number++) + told + " 0 0");
+      EXPECT_EQ(std::tie(guest.vel_x, guest.vel_y), std::make_tuple(step_x, -step_y)) << width << told;
+    }
+  }
+}
+
 TEST_F(received, queue_is_drained_two_messages_a_frame) {
   const struct {
     int hosting, mode;
