@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-#include "app/window.h"
+#include "core/window.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
 

@@ -9,8 +9,9 @@
 #include <ctime>
 
 #include "app/application.h"
-#include "app/context.h"
-#include "app/window.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/window.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
 #include "net/net.h"

@@ -18,14 +18,16 @@
 #include <vector>
 
 #include "app/application.h"
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/window.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/window.h"
 #include "fight/fighter.h"
 #include "fight/fighter_masks.h"
 #include "fight/game.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
+#include "screens/game_screen.h"
 
 namespace {
 

@@ -11,12 +11,12 @@
 #include <ctime>
 #include <initializer_list>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
-#include "net/message_interpreter.h"
-#include "net/messages.h"
+#include "lan/message_interpreter.h"
+#include "lan/messages.h"
 #include "net/net.h"
 #include "net/net_socket.h"
 

@@ -14,8 +14,9 @@
 #include <random>
 
 #include "app/application.h"
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
 #include "tests/support/random_player.h"

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 

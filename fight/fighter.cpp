@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "app/allocation.h"
-#include "app/context.h"
-#include "app/utility.h"
+#include "core/allocation.h"
+#include "core/context.h"
+#include "core/utility.h"
 #include "media/graphics.h"
 
 void fighter_init(fighter *fighter, texture *texture, int unit_x, int unit_y, int side,
@@ -90,13 +90,13 @@ void fighter_set_y(fighter *fighter, int dy) {
   fighter->y += dy;
 }
 
-void fighter_move(fighter *fighter, const struct fighter *other, SDL_Rect ring) {
-  const bool knocked = fighter->knock_frames != 0;
-  const int dx = knocked ? fighter->knock_vel_x : fighter->vel_x;
-  const int dy = knocked ? fighter->knock_vel_y : fighter->vel_y;
+void fighter_move(fighter *mover, const fighter *other, SDL_Rect ring) {
+  const bool knocked = mover->knock_frames != 0;
+  const int dx = knocked ? mover->knock_vel_x : mover->vel_x;
+  const int dy = knocked ? mover->knock_vel_y : mover->vel_y;
 
-  fighter_set_x(fighter, dx);
-  if (leaves_horizontally(fighter, ring) || fighter_collision(fighter, other)) fighter_set_x(fighter, -dx);
-  fighter_set_y(fighter, dy);
-  if (leaves_vertically(fighter, ring) || fighter_collision(fighter, other)) fighter_set_y(fighter, -dy);
+  fighter_set_x(mover, dx);
+  if (leaves_horizontally(mover, ring) || fighter_collision(mover, other)) fighter_set_x(mover, -dx);
+  fighter_set_y(mover, dy);
+  if (leaves_vertically(mover, ring) || fighter_collision(mover, other)) fighter_set_y(mover, -dy);
 }

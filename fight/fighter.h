@@ -93,7 +93,7 @@ void fighter_set_x(fighter *fighter, int dx);
 void fighter_set_y(fighter *fighter, int dy);
 // One frame of movement: the knock-back's step while knocked back, else the step asked for. Each axis is
 // tried by itself and undone whole when it would leave `ring` (pixels) or run into `other`.
-void fighter_move(fighter *fighter, const struct fighter *other, SDL_Rect ring);
+void fighter_move(fighter *mover, const fighter *other, SDL_Rect ring);
 
 // One frame of the attacker's punch: a hit scores and knocks the defender back; plays the sounds.
 void fighter_punch(fighter *attacker, fighter *defender);

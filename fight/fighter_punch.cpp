@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "app/context.h"
-#include "app/utility.h"
+#include "core/context.h"
+#include "core/utility.h"
 #include "fight/fighter.h"
 #include "media/sounds.h"
 

@@ -1,6 +1,6 @@
 // Draws fighters block by block from their masks.
 
-#include "app/context.h"
+#include "core/context.h"
 #include "fight/fighter.h"
 #include "fight/fighter_masks.h"
 #include "media/texture.h"

@@ -33,4 +33,6 @@ struct game_state {
   bool held[2][4];      // direction keys whose press has counted and whose release has not: arrows, letters
   int punch_tells;      // guest: frames in which the host is still told of the last press of the punch key
   std::uint32_t punch_ticks;  // guest: tick (ms) of that press
+  bool punch_unheard;         // guest: the host's state has not been heard since that press
+  int peer_silent;  // LAN match: 1 when the peer was silent in the last update and has not been heard since
 };

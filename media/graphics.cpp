@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <initializer_list>
 
-#include "app/context.h"
+#include "core/context.h"
 
 TTF_Font *gFont = nullptr;
 TTF_Font *gFontBigger = nullptr;

@@ -1,7 +1,7 @@
 #include "media/layout.h"
 
-#include "app/context.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/window.h"
 #include "media/graphics.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <initializer_list>
 
-#include "app/context.h"
+#include "core/context.h"
 
 Mix_Chunk *gPunchHit = nullptr;
 Mix_Chunk *gPunch = nullptr;

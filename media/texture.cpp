@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/allocation.h"
-#include "app/window.h"
+#include "core/allocation.h"
+#include "core/window.h"
 
 void texture_load(const char *path, texture *texture, int width, int height) {
   texture->handle = nullptr;

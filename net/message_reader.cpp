@@ -3,7 +3,6 @@
 #include <iterator>
 
 #include "net/linked_list.h"
-#include "net/messages.h"
 #include "net/token_list.h"
 
 namespace {

@@ -1,9 +1,22 @@
 #pragma once
 
-// Reads a datagram's text into a record of its message, or refuses it. Reading looks at nothing but the text
-// and changes nothing; what a message means here and now is the interpreter's.
+// The letters of the nine messages, and what each carries: reads a datagram's text into a record, or refuses
+// it. Reading looks at nothing but the text and changes nothing; what a message means here and now is the
+// interpreter's.
 
 #include <cstdint>
+
+enum message_letter : char {
+  message_game_create = 'a',
+  message_joined_game = 'b',
+  message_starting_game = 'c',
+  message_starting_game_ack = 'd',
+  message_game_state = 'e',
+  message_key_press = 'f',
+  message_kick_game = 'g',
+  message_cancel_game = 'h',
+  message_leave_game = 'i',
+};
 
 // A fighter's state as the host tells it.
 struct fighter_report {

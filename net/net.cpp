@@ -222,6 +222,10 @@ int net_validate_ip4(const char *text) {
   return dots == 3 && digits > 0 ? 1 : 0;
 }
 
+void net_peer_heard(std::uint32_t now) {
+  netInfo.heartbeat = static_cast<std::int32_t>(now);
+}
+
 bool net_peer_silent(std::uint32_t now) {
   return unheard_for(peer_silent_after, now);
 }

@@ -103,6 +103,8 @@ int net_room_ids_match(const char *a, const char *b);
 // 1 for four numbers of 0 to 255 without leading zeros and with dots between them; 0 otherwise, and for null.
 int net_validate_ip4(const char *text);
 
+// Notes that the peer was heard at tick `now` (ms).
+void net_peer_heard(std::uint32_t now);
 // True when the peer has not been heard from for more than peer_silent_after or peer_lost_after at tick `now`
 // (ms). Sums wrap round at 32 bits.
 bool net_peer_silent(std::uint32_t now);

@@ -4,16 +4,16 @@
 
 #include <cstdio>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
+#include "core/window.h"
 #include "fight/fighter.h"
+#include "fight/preview.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 #include "net/net.h"
 #include "screens/menu.h"
-#include "screens/preview.h"
 
 texture gameOver;    // "Game Over"
 texture finalScore;  // the score line
@@ -26,10 +26,6 @@ constexpr int row_winner = 34;
 constexpr int row_loser = 22;
 constexpr int row_draw = 28;
 constexpr int loser_knock_frames = 7;  // throws the loser's head back
-
-end_menu_state *current_end() {
-  return static_cast<end_menu_state *>(context_state_machine()->screen);
-}
 
 int row_of(int own_score, int other_score) {
   if (own_score == other_score) return row_draw;
@@ -50,13 +46,9 @@ void load_fighters(const end_menu_state *end) {
   if (end->score1 < end->score2) pose(fighter2, fighter1);
 }
 
-bool after_lan_match() {
-  return context_get()->game_mode == mode_lan;
-}
-
 void load_score(const end_menu_state *end) {
   char text[32];
-  if (after_lan_match() && net_peer_lost(SDL_GetTicks())) {
+  if (context_is_lan() && net_peer_lost(SDL_GetTicks())) {
     std::snprintf(text, sizeof text, "Disconnected");
   } else {
     std::snprintf(text, sizeof text, "%d - %d", end->score1, end->score2);
@@ -65,7 +57,7 @@ void load_score(const end_menu_state *end) {
 }
 
 void activate(int item) {
-  const int again = after_lan_match() ? screen_lan : screen_game;
+  const int again = context_is_lan() ? screen_lan : screen_game;
   context_state_machine()->next_state = item == 1 ? again : screen_main_menu;
 }
 
@@ -77,8 +69,7 @@ void end_load(end_menu_state *end) {
   load_score(end);
   load_fighters(end);
   end->selected = 1;
-  std::snprintf(end->labels[0], sizeof end->labels[0], "%s",
-                after_lan_match() ? "LAN Games" : "Restart Game");
+  std::snprintf(end->labels[0], sizeof end->labels[0], "%s", context_is_lan() ? "LAN Games" : "Restart Game");
   std::snprintf(end->labels[1], sizeof end->labels[1], "%s", "Main Menu");
   for (int i = 0; i < end_menu_item_count; ++i) {
     end->items[i] = texture_create();
@@ -87,7 +78,7 @@ void end_load(end_menu_state *end) {
 }
 
 void end_handle_input() {
-  end_menu_state *end = current_end();
+  end_menu_state *end = current_end_menu();
   while (menu_poll_event()) {
     const SDL_Keycode key = menu_pressed_key();
     const int old = end->selected;
@@ -113,7 +104,7 @@ void end_render_winner() {
 }
 
 void end_render_menu() {
-  const end_menu_state *end = current_end();
+  const end_menu_state *end = current_end_menu();
   menu_render_arrows(end->items[0], layout_y((end->selected - 1) * 0.1 + 0.7));
   layout_render_centered(end->items[0], 0.5, layout_y(0.7));
   layout_render_centered(end->items[1], 0.5, layout_y(0.8));
@@ -125,15 +116,15 @@ void end_unload() {
   texture_unload(&gameOver);
   for (int i = 0; i < end_menu_item_count; ++i) {
     end_unload_menu_element(i);
-    texture_destroy(&current_end()->items[i]);
+    texture_destroy(&current_end_menu()->items[i]);
   }
 }
 
 void end_load_menu_element(int index, int selected) {
-  end_menu_state *end = current_end();
+  end_menu_state *end = current_end_menu();
   menu_load_item(end->labels[index], end->items[index], index + 1 == selected);
 }
 
 void end_unload_menu_element(int index) {
-  texture_unload(current_end()->items[index]);
+  texture_unload(current_end_menu()->items[index]);
 }

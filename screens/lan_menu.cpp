@@ -8,17 +8,17 @@
 #include <cstring>
 #include <utility>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
+#include "fight/preview.h"
+#include "lan/message_interpreter.h"
+#include "lan/messages.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
-#include "net/message_interpreter.h"
-#include "net/messages.h"
 #include "net/net.h"
 #include "net/peer_list.h"
 #include "screens/menu.h"
-#include "screens/preview.h"
 
 texture lan_title;
 texture lan_join;
@@ -35,9 +35,7 @@ namespace {
 constexpr std::uint32_t send_period = 1000;    // ms between announcements or joined messages
 constexpr int socket_wait = 1000;              // microseconds that a frame waits for the socket
 constexpr std::size_t name_limit = 10;         // bytes of a user name
-constexpr int list_rows = 4;                   // rooms shown at once
 constexpr int room_timeout = 5000;             // ms without an announcement until a room leaves the list
-constexpr int repeats = 3;                     // copies of a message that is not answered by another
 constexpr std::uint32_t start_timeout = 5000;  // ms for which a guest is asked to start
 
 constexpr const char *input_failure = "Unable to render Input texture!";
@@ -57,10 +55,6 @@ constexpr fixed_text item_texts[] = {
     {&lan_joined, "Joined", input_failure},
 };
 
-lan_menu_state *current_lobby() {
-  return static_cast<lan_menu_state *>(context_state_machine()->screen);
-}
-
 void load_texts() {
   texture_replace_text("LAN", &lan_title, gFontBigger, text_color_dark, "Unable to load texture from text!");
   for (const fixed_text &item : item_texts) {
@@ -72,14 +66,8 @@ void load_texts() {
 
 // Name entry
 
-enum name_row : int {
-  row_name = 0,
-  row_join = 1,
-  row_create = 2,
-};
-
 bool name_takes_text(const lan_menu_state *lobby) {
-  return lobby->name_selection == row_name && std::strlen(netInfo.username) < name_limit;
+  return lobby->name_selection == entry_name && std::strlen(netInfo.username) < name_limit;
 }
 
 // Text input is on only while a name is being typed: an input method would swallow the keys of a match.
@@ -181,8 +169,8 @@ void leave_name_entry(lan_menu_state *lobby) {
 
 bool handle_name_entry(lan_menu_state *lobby, SDL_Keycode key) {
   if (context_get()->event.type == SDL_TEXTINPUT) type_text(lobby, context_get()->event.text.text);
-  if (lobby->name_selection == row_name) edit_name(key);
-  lobby->name_selection = move_selection(key, lobby->name_selection, row_name, row_create);
+  if (lobby->name_selection == entry_name) edit_name(key);
+  lobby->name_selection = move_selection(key, lobby->name_selection, entry_name, entry_create);
   if (key == SDLK_RETURN) leave_name_entry(lobby);
   if (key == SDLK_ESCAPE) context_state_machine()->next_state = screen_main_menu;
   return true;
@@ -239,13 +227,6 @@ bool handle_room_list(lan_menu_state *lobby, SDL_Keycode key) {
 
 // Host room
 
-enum host_row : int {
-  row_colors = 0,
-  row_time = 1,
-  row_start = 2,
-  row_kick = 3,
-};
-
 void kick_guest() {
   net_setup_p2p_struct();
   messages_kick_game();
@@ -259,18 +240,18 @@ void ask_to_start(lan_menu_state *lobby) {
 
 void change_host_room(lan_menu_state *lobby) {
   switch (lobby->host_selection) {
-    case row_colors:
+    case host_colors:
       std::swap(netInfo.fighter1_color, netInfo.fighter2_color);
       lan_set_players_color(netInfo.fighter1_color, netInfo.fighter2_color);
       break;
-    case row_time:
+    case host_time:
       context_next_fight_time();
       lan_load_time_texture(context_get()->fight_time);
       break;
-    case row_start:
+    case host_start:
       if (netInfo.guest_joined != 0) ask_to_start(lobby);
       break;
-    case row_kick:
+    case host_kick:
       if (netInfo.guest_joined != 0) kick_guest();
       break;
     default:
@@ -278,13 +259,9 @@ void change_host_room(lan_menu_state *lobby) {
   }
 }
 
-void tell_of_closed_room() {
-  for (int i = 0; i < repeats; ++i) messages_cancel_game();
-}
-
 void close_room(lan_menu_state *lobby) {
   net_setup_p2p_struct();
-  tell_of_closed_room();
+  messages_repeat(messages_cancel_game);
   lan_forget_peer();
   net_clear_room_id();
   lobby->mode = page_name_entry;
@@ -292,7 +269,7 @@ void close_room(lan_menu_state *lobby) {
 }
 
 bool handle_host_room(lan_menu_state *lobby, SDL_Keycode key) {
-  lobby->host_selection = move_selection(key, lobby->host_selection, row_colors, row_kick);
+  lobby->host_selection = move_selection(key, lobby->host_selection, host_colors, host_kick);
   if (key == SDLK_RETURN) change_host_room(lobby);
   if (key == SDLK_ESCAPE) close_room(lobby);
   return true;
@@ -323,7 +300,7 @@ bool close_was_asked_for() {
 
 // Whoever shares the room is told, rather than left to wait.
 void tell_of_closed_window(const lan_menu_state *lobby) {
-  if (lobby->mode == page_host_room) tell_of_closed_room();
+  if (lobby->mode == page_host_room) messages_repeat(messages_cancel_game);
   if (lobby->mode == page_joined_room) messages_leave_game();
 }
 
@@ -357,10 +334,8 @@ void request_start(lan_menu_state *lobby) {
     lobby->start_requested = 0;
     return;
   }
-  for (int i = 0; i < repeats; ++i) {
-    net_setup_p2p_struct();
-    messages_starting_game();
-  }
+  net_setup_p2p_struct();
+  messages_repeat(messages_starting_game);
 }
 
 void update_host_room(lan_menu_state *lobby, int ready) {

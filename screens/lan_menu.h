@@ -3,7 +3,7 @@
 // The LAN lobby: name entry, room list, the host's room and the room a guest joined. Each page has its keys
 // and its picture; what passes between the machines is sent and received by the update.
 
-#include "screens/lan_room.h"
+#include "lan/lan_room.h"
 
 // Texts of the lobby, loaded while it is current.
 extern texture lan_title;

@@ -8,9 +8,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/window.h"
+#include "fight/preview.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 #include "net/linked_list.h"
@@ -18,7 +19,6 @@
 #include "net/peer_list.h"
 #include "screens/lan_menu.h"
 #include "screens/menu.h"
-#include "screens/preview.h"
 
 // Row tops in tenths of the window's height.
 int menu_array[3] = {4, 5, 6};                        // name entry
@@ -27,13 +27,8 @@ int menu_array_created_games[4] = {4, 5, 6, 7};       // room list
 
 namespace {
 
-constexpr int list_rows = 4;  // rooms shown at once
 constexpr double host_column = 0.25;
 constexpr double guest_column = 0.75;
-
-lan_menu_state *current_lobby() {
-  return static_cast<lan_menu_state *>(context_state_machine()->screen);
-}
 
 int row_top(int tenths) {
   return static_cast<int>(context_get()->window_height * tenths * 0.1);

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
+#include "core/window.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 #include "net/net.h"
@@ -49,10 +49,6 @@ constexpr item items[main_menu_item_count] = {
     {"Exit", no_mode, screen_quit},
 };
 
-main_menu_screen *current_menu() {
-  return static_cast<main_menu_screen *>(context_state_machine()->screen);
-}
-
 void load_title(main_menu_screen *menu) {
   for (int i = 0; i < 4; ++i) {
     menu->titles[i] = texture_create();
@@ -91,7 +87,7 @@ void main_menu_load(main_menu_screen *menu) {
 }
 
 void main_menu_handle_input() {
-  main_menu_screen *menu = current_menu();
+  main_menu_screen *menu = current_main_menu();
   while (menu_poll_event()) {
     const SDL_Keycode key = menu_pressed_key();
     const int old = menu->selected;
@@ -107,7 +103,7 @@ void main_menu_render() {
   menu_begin_frame();
   main_menu_render_title();
   main_menu_render_menu();
-  const texture *version = current_menu()->version;
+  const texture *version = current_main_menu()->version;
   const double height = context_get()->window_height;
   texture_render(version, layout_y(0.02), static_cast<int>(height * 0.98 - version->height), nullptr,
                  nullptr);
@@ -115,7 +111,7 @@ void main_menu_render() {
 }
 
 void main_menu_unload() {
-  main_menu_screen *menu = current_menu();
+  main_menu_screen *menu = current_main_menu();
   for (texture *&item : menu->items) texture_destroy(&item);
   for (texture *&title : menu->titles) texture_destroy(&title);
   texture_destroy(&menu->version);
@@ -123,12 +119,13 @@ void main_menu_unload() {
 
 void main_menu_render_title() {
   for (int i = 0; i < 4; ++i) {
-    layout_render_centered(current_menu()->titles[i], title_pieces[i].column, layout_y(title_pieces[i].row));
+    layout_render_centered(current_main_menu()->titles[i], title_pieces[i].column,
+                           layout_y(title_pieces[i].row));
   }
 }
 
 void main_menu_render_menu() {
-  const main_menu_screen *menu = current_menu();
+  const main_menu_screen *menu = current_main_menu();
   menu_render_arrows(menu->items[0], layout_y((menu->selected - 1) * 0.1 + 0.4));
   for (int i = 0; i < main_menu_item_count; ++i) {
     layout_render_centered(menu->items[i], 0.5, layout_y((i + 4) * 0.1));
@@ -136,10 +133,10 @@ void main_menu_render_menu() {
 }
 
 void main_menu_load_menu_element(int index, int selected) {
-  main_menu_screen *menu = current_menu();
+  main_menu_screen *menu = current_main_menu();
   menu_load_item(menu->labels[index], menu->items[index], index + 1 == selected);
 }
 
 void main_menu_unload_menu_element(int index) {
-  texture_unload(current_menu()->items[index]);
+  texture_unload(current_main_menu()->items[index]);
 }

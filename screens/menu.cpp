@@ -2,8 +2,8 @@
 
 #include <initializer_list>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 

@@ -5,16 +5,16 @@
 #include <cstdio>
 #include <utility>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
+#include "core/window.h"
 #include "fight/fighter.h"
+#include "fight/preview.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 #include "media/texture.h"
 #include "screens/menu.h"
-#include "screens/preview.h"
 
 texture title;    // "Options"
 texture option1;  // the sound row
@@ -30,17 +30,12 @@ enum options_row : int {
   row_colors = 4,
 };
 
-options_menu_state *current_options() {
-  return static_cast<options_menu_state *>(context_state_machine()->screen);
-}
-
 void load_label(const char *text, texture *label, const char *failure_line) {
   texture_replace_text(text, label, gFont, text_color_dark, failure_line);
 }
 
 void load_sound() {
-  load_label(context_get()->sound_on != 0 ? "Sound: On" : "Sound: Off", &option1,
-             "Unable to create option sound texture!");
+  load_label(context_sound_label(), &option1, "Unable to create option sound texture!");
 }
 
 void load_difficulty() {
@@ -49,11 +44,8 @@ void load_difficulty() {
 }
 
 void load_time() {
-  char time[20];
-  char text[32];
-  seconds_to_time(context_get()->fight_time, time);
-  std::snprintf(text, sizeof text, "Time: %s", time);
-  load_label(text, &option4, "Unable to create option time texture!");
+  char text[time_label_size];
+  load_label(time_label(context_get()->fight_time, text), &option4, "Unable to create option time texture!");
 }
 
 void swap_colors() {
@@ -99,7 +91,7 @@ void options_load(options_menu_state *options) {
 }
 
 void options_handle_input() {
-  options_menu_state *options = current_options();
+  options_menu_state *options = current_options_menu();
   while (menu_poll_event()) {
     const SDL_Keycode key = menu_pressed_key();
     options->selected = move_selection(key, options->selected, row_sound, row_colors);
@@ -117,7 +109,7 @@ void options_render() {
   layout_render_centered(&option3, 0.5, layout_y(0.4));
   layout_render_centered(&option4, 0.5, layout_y(0.5));
   preview_render();
-  menu_render_arrows(&option3, layout_y((current_options()->selected - 1) * 0.1 + 0.3));
+  menu_render_arrows(&option3, layout_y((current_options_menu()->selected - 1) * 0.1 + 0.3));
   SDL_RenderPresent(gRenderer);
 }
 

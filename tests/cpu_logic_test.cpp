@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/context.h"
+#include "core/context.h"
 #include "fight/fighter.h"
 #include "tests/support/stage.h"
 

@@ -1,8 +1,9 @@
 #include "fight/game.h"
+#include "screens/game_screen.h"
 
 #include <gtest/gtest.h>
 
-#include "app/context.h"
+#include "core/context.h"
 #include "fight/fighter.h"
 #include "tests/support/stage.h"
 

@@ -6,13 +6,13 @@
 
 #include <sstream>
 
-#include "app/context.h"
+#include "core/context.h"
 #include "fight/fighter.h"
+#include "fight/preview.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
 #include "net/net.h"
 #include "net/peer_list.h"
-#include "screens/preview.h"
 #include "tests/support/stage.h"
 #include "tests/support/udp_link.h"
 

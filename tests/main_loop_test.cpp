@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "tests/support/stage.h"
 
 namespace {
@@ -18,27 +19,24 @@ void note() {
 }
 
 template <int id>
-const screen_entry fake = {id,
-                           "fake",
-                           8,
-                           [](const void *, void *) { note<id, 'h'>(); },
-                           [](void *) { note<id, 'l'>(); },
-                           note<id, 'i'>,
-                           note<id, 'u'>,
-                           note<id, 'r'>,
-                           note<id, 'x'>};
-
-const screen_entry *find_fake(int id) {
-  return id == 1 ? &fake<1> : id == 2 ? &fake<2> : &fake<4>;
-}
+constexpr screen_entry fake = {id,
+                               "fake",
+                               8,
+                               [](const void *, void *) { note<id, 'h'>(); },
+                               [](void *) { note<id, 'l'>(); },
+                               note<id, 'i'>,
+                               note<id, 'u'>,
+                               note<id, 'r'>,
+                               note<id, 'x'>};
+constexpr screen_entry fakes[] = {fake<1>, fake<2>, fake<4>};
 
 // The journal of the whole life of a loop in which `action` happens at every letter.
 std::string run(const std::function<void(char)> &action) {
   world = {};
   journal = "";
   during = action;
-  world.find_screen = find_fake;
   EXPECT_TRUE(context_init());
+  state_use_screens(context.state_machine, fakes);
   context_loop();
   context_teardown();
   return journal;

@@ -10,7 +10,8 @@
 #include <iomanip>
 #include <sstream>
 
-#include "app/context.h"
+#include "app/main_loop.h"
+#include "core/context.h"
 #include "fight/cpu_logic.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"

@@ -1,4 +1,4 @@
-#include "net/messages.h"
+#include "lan/messages.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <tuple>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 #include "net/net.h"
@@ -29,6 +29,7 @@ class messages : public testing::Test {
     netInfo.sent_msg_number = 412;
     game.fighter1 = &left;
     game.fighter2 = &right;
+    machine.current_state = screen_game;
     machine.screen = &game;
     context.state_machine = &machine;
     context.unit_w = 4;

@@ -7,13 +7,14 @@
 #include <cstring>
 #include <filesystem>
 
-#include "app/context.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/window.h"
 #include "fight/fighter.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
 #include "net/net.h"
 #include "net/peer_list.h"
+#include "screens/game_screen.h"
 #include "screens/lan_menu.h"
 #include "tests/support/stage.h"
 
@@ -44,6 +45,7 @@ void pause_in_lan_match(int paused, Uint32 silent) {
   context.game_mode = mode_lan;
   std::strcpy(netInfo.peer_username, "Ada");
   fight(75, 3, 12, 40)->paused = paused;
+  game_update();
 }
 
 void end_match(int score1, int score2, const char *keys) {

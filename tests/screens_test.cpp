@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "app/context.h"
+#include "core/context.h"
 #include "tests/support/stage.h"
 
 TEST(screens, keys_of_menus) {
@@ -85,6 +85,7 @@ TEST(screens, missing_memory_ends_the_process_with_a_line) {
   for (const auto &c : cases) {
     const auto change = [&c] {
       dup2(STDERR_FILENO, STDOUT_FILENO);
+      context.state_machine->current_state = screen_none;
       world.failing = {{"calloc", c.call}};
       enter(c.screen);
     };

@@ -3,8 +3,8 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-#include "app/context.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/window.h"
 #include "tests/support/stage.h"
 
 int game_main(int argc, char *argv[]);

@@ -1,4 +1,4 @@
-#include "app/utility.h"
+#include "core/utility.h"
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@ cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=tools/setup.sh
 source tools/setup.sh
 
-rooms=(app media fight net screens)
+mapfile -t rooms < <(tools/check_floors.py --list)
 stamps=build/analysis/stamps
 
 # format OPTION...: runs clang-format on every C++ file, those of tests and benchmarks included.

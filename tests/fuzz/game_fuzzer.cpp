@@ -11,11 +11,13 @@
 #include <sstream>
 
 #include "app/application.h"
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/window.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/window.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "lan/lan_room.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
 #include "net/linked_list.h"
@@ -23,7 +25,6 @@
 #include "net/net.h"
 #include "net/net_socket.h"
 #include "net/peer_list.h"
-#include "screens/lan_room.h"
 
 #define ENDS(text) (std::memchr(text, 0, sizeof(text)) != nullptr)
 
@@ -219,9 +220,9 @@ void __wrap_SDL_DestroyTexture(SDL_Texture *texture) {
 bool drawn_in_full() {
   return context.frame_count % 32 == 31;
 }
-void __real__Z14fighter_renderPK7fighterii(const fighter *, int, int);
-void __wrap__Z14fighter_renderPK7fighterii(const fighter *fighter, int block_w, int block_h) {
-  if (drawn_in_full()) __real__Z14fighter_renderPK7fighterii(fighter, block_w, block_h);
+int __real_SDL_RenderCopy(SDL_Renderer *, SDL_Texture *, const SDL_Rect *, const SDL_Rect *);
+int __wrap_SDL_RenderCopy(SDL_Renderer *to, SDL_Texture *texture, const SDL_Rect *from, const SDL_Rect *at) {
+  return drawn_in_full() ? __real_SDL_RenderCopy(to, texture, from, at) : 0;
 }
 SDL_Surface *__real_TTF_RenderUTF8_Solid(TTF_Font *, const char *, SDL_Color);
 SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color) {

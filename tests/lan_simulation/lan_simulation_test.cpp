@@ -15,15 +15,15 @@
 #include <set>
 #include <thread>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "lan/lan_room.h"
 #include "net/linked_list.h"
 #include "net/net.h"
 #include "net/socket_api.h"
 #include "screens/end_menu.h"
-#include "screens/lan_room.h"
 
 namespace {
 

@@ -10,6 +10,6 @@ if ! command -v "$compiler" >/dev/null; then
   echo "skipped: there is no $compiler (package g++-mingw-w64-x86-64-posix)"
   exit 77
 fi
-printf '%s\0' {app,media,fight,net,screens}/*.cpp | xargs -0 -n 4 -P "$(nproc)" \
+printf '%s\0' $(tools/check_floors.py --list | sed "s|$|/*.cpp|") | xargs -0 -n 4 -P "$(nproc)" \
   "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -fsyntax-only \
   -I. -isystem tests/mingw -isystem /usr/include/SDL2

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <iterator>
 
-#include "app/state_machine.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 #include "screens/main_menu.h"

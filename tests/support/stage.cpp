@@ -4,11 +4,14 @@
 #include <regex>
 
 #include "app/application.h"
-#include "app/context.h"
-#include "app/window.h"
+#include "app/screen_table.h"
+#include "app/main_loop.h"
+#include "core/context.h"
+#include "core/window.h"
 #include "fight/game.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
+#include "screens/game_screen.h"
 
 // No display, no sound card.
 [[maybe_unused]] const int environment = setenv("SDL_VIDEODRIVER", "dummy", 1) +
@@ -49,6 +52,8 @@ bare_match::bare_match(int game_mode) {
   context.fighter2_color = 2;
   context.frame_count = 1;
   context.state_machine = &machine;
+  machine.current_state = screen_game;
+  state_use_screens(&machine, screen_table());
   machine.screen = &game;
   gPunchHit = &hit;
   gPunch = &miss;

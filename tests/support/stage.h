@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 #include "tests/support/world.h"

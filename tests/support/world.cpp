@@ -101,9 +101,5 @@ SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_C
   return fails("TTF_RenderUTF8_Solid") ? nullptr : __real_TTF_RenderUTF8_Solid(font, text, color);
 }
 
-const screen_entry *__real__Z17screen_table_findi(int id);
-const screen_entry *__wrap__Z17screen_table_findi(int id) {
-  return world.find_screen != nullptr ? world.find_screen(id) : __real__Z17screen_table_findi(id);
-}
 
 }  // extern "C"

@@ -14,8 +14,6 @@
 #include <string>
 #include <vector>
 
-#include "app/state_machine.h"
-
 struct world_record {
   Uint32 ticks = 0;                    // ms, the tick counter; SDL_Delay moves it on
   std::time_t seconds = 1000;          // s, the system clock
@@ -29,6 +27,5 @@ struct world_record {
   int textures = 0;                    // made and not yet destroyed
   std::string sounds;                  // "hit ", "miss ", "bell " as they were played
   std::string texts;                   // every rendered text and a bar
-  const screen_entry *(*find_screen)(int) = 0;  // in place of the table of screens
 };
 extern world_record world;

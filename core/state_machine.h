@@ -4,9 +4,10 @@
 // operations. A screen, or whatever else wants another one shown, writes the wanted id into next_state; the
 // change happens at one point of the frame, when the main loop calls state_change.
 //
-// The machine knows no screen by name: it takes them from the table that screens/screen_table.cpp fills.
+// The machine knows no screen by name: it is handed a table of them.
 
 #include <cstddef>
+#include <span>
 
 enum screen_id : int {
   screen_none = 0,  // as current state: before the first change; as next state: no change pending
@@ -16,17 +17,6 @@ enum screen_id : int {
   screen_end = 4,
   screen_options = 5,
   screen_quit = 6,  // the main loop ends; the old screen stays loaded until the teardown
-};
-
-struct state_object {
-  int current_state;       // screen_id of the screen now running
-  int next_state;          // screen_id asked for; screen_none when no change is pending
-  int previous_state;      // screen_id of the screen that ran before
-  void *screen;            // the current screen's record, owned; null before the first change
-  void (*handle_input)();  // the current screen's operations
-  void (*update)();
-  void (*render)();
-  void (*unload)();
 };
 
 // One row of the table of screens.
@@ -43,11 +33,23 @@ struct screen_entry {
   void (*unload)();
 };
 
-// The row of a screen, or null for an id that no screen has. Defined by the table.
-const screen_entry *screen_table_find(int id);
+struct state_object {
+  int current_state;       // screen_id of the screen now running
+  int next_state;          // screen_id asked for; screen_none when no change is pending
+  int previous_state;      // screen_id of the screen that ran before
+  void *screen;            // the current screen's record, owned; null before the first change
+  void (*handle_input)();  // the current screen's operations
+  void (*update)();
+  void (*render)();
+  void (*unload)();
+  const screen_entry *screens;  // not owned; the table of all screens
+  std::size_t screen_count;     // rows of the table
+};
 
 // Sets the machine up so that the first change enters the main menu.
 void state_init(state_object *state);
+// Hands the machine the screens that it changes between. They must outlive it.
+void state_use_screens(state_object *state, std::span<const screen_entry> screens);
 // Carries out a pending change: allocates the new screen's record, unloads the old screen, installs and
 // loads the new one. No memory for the record: prints a line and ends the process with exit status 1.
 void state_change(state_object *state);

@@ -1,31 +1,21 @@
-#include "screens/lan_room.h"
+#include "lan/lan_room.h"
 
 #include <cstdio>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
 #include "fight/fighter.h"
+#include "fight/preview.h"
 #include "media/graphics.h"
 #include "net/net.h"
-#include "screens/preview.h"
 
 texture lan_time;
 
-namespace {
-
-lan_menu_state *current_lobby() {
-  return static_cast<lan_menu_state *>(context_state_machine()->screen);
-}
-
-}  // namespace
-
 void lan_load_time_texture(int seconds) {
-  char time[20];
-  char text[32];
-  seconds_to_time(seconds, time);
-  std::snprintf(text, sizeof text, "Time: %s", time);
-  texture_replace_text(text, &lan_time, gFont, text_color_dark, "Unable to render Input texture!");
+  char text[time_label_size];
+  texture_replace_text(time_label(seconds, text), &lan_time, gFont, text_color_dark,
+                       "Unable to render Input texture!");
 }
 
 void lan_set_players_color(std::uint16_t color_id1, std::uint16_t color_id2) {

@@ -1,8 +1,8 @@
-#include "screens/preview.h"
+#include "fight/preview.h"
 
 #include <algorithm>
 
-#include "app/context.h"
+#include "core/context.h"
 #include "fight/fighter.h"
 #include "media/graphics.h"
 #include "media/layout.h"

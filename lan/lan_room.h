@@ -14,10 +14,26 @@ enum lan_page : int {
   page_joined_room = 3,
 };
 
+// Rows of the pages.
+enum name_row : int {
+  entry_name = 0,
+  entry_join = 1,
+  entry_create = 2,
+};
+
+enum host_row : int {
+  host_colors = 0,
+  host_time = 1,
+  host_start = 2,
+  host_kick = 3,
+};
+
+inline constexpr int list_rows = 4;  // rooms that the room list shows at once
+
 struct lan_menu_state {
-  int name_selection;       // row of the name entry: 0 the name field, 1 "Join", 2 "Create"
+  int name_selection;       // a name_row
   int room_selection;       // cursor row of the room list, 1 to 4; 0 before there is one
-  int host_selection;       // row of the host room: 0 colours, 1 time, 2 "Start Game", 3 "Kick"
+  int host_selection;       // a host_row
   int room_scroll;          // index in the room list of the first room shown
   int mode;                 // the lan_page shown
   std::uint32_t last_sent;  // tick (ms) of the last announcement or joined message

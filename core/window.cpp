@@ -1,4 +1,4 @@
-#include "app/window.h"
+#include "core/window.h"
 
 int screen_width = 800;
 int screen_height = 640;

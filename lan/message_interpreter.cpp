@@ -1,4 +1,4 @@
-#include "net/message_interpreter.h"
+#include "lan/message_interpreter.h"
 
 #include <SDL.h>
 
@@ -6,26 +6,19 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "lan/lan_room.h"
+#include "lan/messages.h"
 #include "media/sounds.h"
+#include "net/linked_list.h"
 #include "net/message_reader.h"
-#include "net/messages.h"
 #include "net/net.h"
 #include "net/peer_list.h"
-#include "screens/lan_room.h"
 
 namespace {
-
-lan_menu_state *current_lobby() {
-  return static_cast<lan_menu_state *>(context_state_machine()->screen);
-}
-
-game_state *current_game() {
-  return static_cast<game_state *>(context_state_machine()->screen);
-}
 
 bool showing(int screen) {
   return context_state_machine()->current_state == screen;
@@ -33,10 +26,6 @@ bool showing(int screen) {
 
 bool room_matches(const message &message) {
   return net_room_ids_match(message.room_id, netInfo.room_id) != 0;
-}
-
-void peer_was_heard() {
-  netInfo.heartbeat = static_cast<int>(SDL_GetTicks());
 }
 
 // Cut to the destination, which is cleared first.
@@ -59,7 +48,7 @@ void follow_host(const message &message) {
     netInfo.fighter2_color = message.fighter2_color;
     lan_set_players_color(netInfo.fighter1_color, netInfo.fighter2_color);
   }
-  peer_was_heard();
+  net_peer_heard(SDL_GetTicks());
 }
 
 void apply_announcement(const message &message, const char *text) {
@@ -75,26 +64,35 @@ void apply_joined(const message &message, const char *) {
   if (netInfo.guest_joined != 1) {
     copy_text(netInfo.peer_username, message.name);
     copy_text(netInfo.peer_ip, net_get_sender_ip());
-    peer_was_heard();
+    net_peer_heard(SDL_GetTicks());
     netInfo.guest_joined = 1;
   } else if (room_matches(message) && net_sender_is_peer()) {
-    peer_was_heard();
+    net_peer_heard(SDL_GetTicks());
+  }
+}
+
+// A start may come before the first announcement since joining; the list of rooms knows the host, too.
+void learn_host_name() {
+  for (const list_node *node = creatorList; node != nullptr; node = node->next) {
+    const room_record *room = get_peer_from_list(node);
+    if (std::strcmp(room->room_id, netInfo.room_id) == 0) copy_text(netInfo.peer_username, room->name);
   }
 }
 
 void apply_start(const message &message, const char *) {
+  if (netInfo.peer_username[0] == '\0') learn_host_name();
   netInfo.fighter1_color = message.fighter1_color;
   netInfo.fighter2_color = message.fighter2_color;
   net_setup_p2p_struct();
   messages_starting_game_ack();
   context_state_machine()->next_state = screen_game;
-  peer_was_heard();
+  net_peer_heard(SDL_GetTicks());
 }
 
 void apply_start_ack(const message &, const char *) {
   context_state_machine()->next_state = screen_game;
   current_lobby()->start_requested = 0;
-  peer_was_heard();
+  net_peer_heard(SDL_GetTicks());
 }
 
 // Drops what is older than, or as old as, what was accepted last.
@@ -115,6 +113,12 @@ void follow_pause(game_state *game, int peer_paused) {
   } else if (game->paused == pause_by_peer && resumed) {
     game->paused = pause_none;
   }
+}
+
+void follow_peer(game_state *game, const message &message) {
+  follow_pause(game, message.paused);
+  game->peer_silent = 0;
+  net_peer_heard(SDL_GetTicks());
 }
 
 void follow_fighter(fighter *fighter, const fighter_report &report) {
@@ -153,10 +157,11 @@ void apply_game_state(const message &message, const char *) {
   follow_fighter(game->fighter1, message.fighter1);
   follow_fighter(game->fighter2, message.fighter2);
   game->time_left = message.time_left;
-  follow_pause(game, message.paused);
-  peer_was_heard();
+  game->punch_unheard = false;
+  follow_peer(game, message);
 }
 
+// -1, 0 or 1.
 int sign(int value) {
   if (value == 0) return 0;
   return value < 0 ? -1 : 1;
@@ -171,8 +176,7 @@ void apply_key_press(const message &message, const char *) {
   if (game->fighter2->punch_phase == punch_none && message.punch_phase == punch_started) {
     game->fighter2->punch_phase = punch_started;
   }
-  follow_pause(game, message.paused);
-  peer_was_heard();
+  follow_peer(game, message);
 }
 
 void apply_kick(const message &message, const char *) {
@@ -189,21 +193,24 @@ void apply_leave(const message &, const char *) {
     lan_forget_peer();
     return;
   }
+  const bool decided = current_game()->fighting == 0;
   net_reset_peer_info();
-  if (context_get()->game_mode == mode_lan) context_state_machine()->next_state = screen_end;
+  if (decided)
+    net_peer_heard(SDL_GetTicks());  // the end screen shows the result, whoever leaves after the bell
+  if (context_is_lan()) context_state_machine()->next_state = screen_end;
 }
 
 // When a message is taken in.
-enum screens : int { lobby, match, lobby_or_match };
-enum role : int { any_role, host_of_room, host_of_none, waiting_for_start };
-enum sender : int { anyone, peer };
-enum room : int { any_room, own_room, own_room_text };  // the latter by comparing texts alone
+enum wanted_screen : int { lobby, match, lobby_or_match };
+enum wanted_role : int { any_role, host_of_room, host_of_none, waiting_for_start };
+enum wanted_sender : int { anyone, peer };
+enum wanted_room : int { any_room, own_room, own_room_text };  // the latter by comparing texts alone
 struct handler {
   char letter;
-  enum screens screens;
-  enum role role;
-  enum sender sender;
-  enum room room;
+  wanted_screen screen;
+  wanted_role role;
+  wanted_sender sender;
+  wanted_room room;
   void (*apply)(const message &message, const char *text);
 };
 constexpr handler handlers[] = {
@@ -220,11 +227,11 @@ constexpr handler handlers[] = {
     {message_leave_game, lobby_or_match, any_role, peer, own_room, apply_leave},
 };
 
-bool screen_fits(enum screens wanted) {
+bool screen_fits(wanted_screen wanted) {
   return (wanted != match && showing(screen_lan)) || (wanted != lobby && showing(screen_game));
 }
 
-bool role_fits(enum role wanted) {
+bool role_fits(wanted_role wanted) {
   switch (wanted) {
     case host_of_room:
       return netInfo.is_host == 1;
@@ -237,13 +244,13 @@ bool role_fits(enum role wanted) {
   }
 }
 
-bool room_fits(enum room wanted, const message &message) {
+bool room_fits(wanted_room wanted, const message &message) {
   if (wanted == own_room) return room_matches(message);
   return wanted == any_room || std::strcmp(message.room_id, netInfo.room_id) == 0;
 }
 
 void take_in(const handler &handler, const char *text) {
-  if (!screen_fits(handler.screens) || !role_fits(handler.role)) return;
+  if (!screen_fits(handler.screen) || !role_fits(handler.role)) return;
   if (handler.sender == peer && !net_sender_is_peer()) return;
   message message = {};
   if (message_read(text, &message) && room_fits(handler.room, message)) handler.apply(message, text);

@@ -1,4 +1,4 @@
-#include "app/utility.h"
+#include "core/utility.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -30,6 +30,13 @@ int move_selection(SDL_Keycode key, int selected, int first, int last) {
 void seconds_to_time(int seconds, std::span<char> buffer) {
   const int shown = std::max(seconds, 0);
   std::snprintf(buffer.data(), buffer.size(), "%02d:%02d", shown / 60, shown % 60);
+}
+
+const char *time_label(int seconds, std::span<char, time_label_size> buffer) {
+  char time[20];
+  seconds_to_time(seconds, time);
+  std::snprintf(buffer.data(), buffer.size(), "Time: %s", time);
+  return buffer.data();
 }
 
 namespace {

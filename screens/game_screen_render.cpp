@@ -4,35 +4,31 @@
 
 #include <cstdio>
 
-#include "app/context.h"
-#include "app/state_machine.h"
-#include "app/utility.h"
-#include "app/window.h"
+#include "core/context.h"
+#include "core/state_machine.h"
+#include "core/utility.h"
+#include "core/window.h"
 #include "fight/fighter.h"
-#include "fight/game.h"
+#include "fight/game_state.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 #include "net/net.h"
+#include "screens/game_screen.h"
 
 namespace {
 
 constexpr SDL_Color ring_edge_color = {0, 90, 100, 255};
 constexpr double clock_row = 0.05;  // of the height left over by the text
 
-const game_state *current_game() {
-  return static_cast<const game_state *>(context_state_machine()->screen);
-}
-
-void draw_centered(const char *text, TTF_Font *font, SDL_Color color, double row, const char *failure_line,
-                   bool dimmed = false) {
+// Returns the text's height in pixels, for what is drawn beside it.
+int draw_centered(const char *text, TTF_Font *font, SDL_Color color, double row, const char *failure_line,
+                  bool dimmed = false) {
   texture_replace_text(text, &gTemp, font, color, failure_line);
-  if (gTemp.handle == nullptr) return;
+  const int height = gTemp.height;
+  if (gTemp.handle == nullptr) return height;
   layout_render_dimmed(&gTemp, 0.5, layout_y(row), dimmed);
   texture_unload(&gTemp);
-}
-
-bool in_lan_match() {
-  return context_get()->game_mode == mode_lan;
+  return height;
 }
 
 // A text of the match's top row, centred on a fraction of the width.
@@ -82,7 +78,7 @@ void game_render() {
   game_render_timer();
   game_render_score();
   if (game->paused != pause_none) game_render_pause_menu();
-  if (in_lan_match() && net_peer_silent(SDL_GetTicks())) game_render_disconnecting();
+  if (game->peer_silent != 0) game_render_disconnecting();
   SDL_RenderPresent(gRenderer);
 }
 
@@ -102,11 +98,10 @@ void game_render_pause_menu() {
   layout_fill(app->ring, ring_color);
   draw_centered("Game Paused", gFontBigger, text_color_dark, 0.2,
                 "Unable to load texture from text (Pause title)!");
-  draw_centered(app->sound_on != 0 ? "Sound: On" : "Sound: Off", gFont, text_color_dark, 0.4,
+  draw_centered(context_sound_label(), gFont, text_color_dark, 0.4,
                 "Unable to load texture from text (pause sound)!");
-  draw_centered("Restart", gFont, text_color_dark, 0.5, nullptr, in_lan_match());
-  draw_centered("Quit", gFont, text_color_dark, 0.6, nullptr);
-  const int item_height = gTemp.height;
+  draw_centered("Restart", gFont, text_color_dark, 0.5, nullptr, context_is_lan());
+  const int item_height = draw_centered("Quit", gFont, text_color_dark, 0.6, nullptr);
   draw_pause_status(current_game()->paused);
   draw_pause_markers(current_game()->pause_selection, item_height);
 }

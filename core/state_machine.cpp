@@ -1,14 +1,32 @@
-#include "app/state_machine.h"
+#include "core/state_machine.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstdlib>
 
-#include "app/allocation.h"
+#include "core/allocation.h"
+
+namespace {
+
+const screen_entry *find_screen(const state_object *state, int id) {
+  const screen_entry *end = state->screens + state->screen_count;
+  const screen_entry *found =
+      std::find_if(state->screens, end, [id](const screen_entry &screen) { return screen.id == id; });
+  assert(found != end && "only screens of the table are asked for");
+  return found;
+}
+
+}  // namespace
 
 void state_init(state_object *state) {
   state->current_state = screen_none;
   state->next_state = screen_main_menu;
   state->screen = nullptr;
+}
+
+void state_use_screens(state_object *state, std::span<const screen_entry> screens) {
+  state->screens = screens.data();
+  state->screen_count = screens.size();
 }
 
 void state_change(state_object *state) {
@@ -18,8 +36,7 @@ void state_change(state_object *state) {
   state->next_state = screen_none;
   if (state->current_state == screen_none || state->current_state == screen_quit) return;
 
-  const screen_entry *entry = screen_table_find(state->current_state);
-  assert(entry != nullptr && "only screens of the table are asked for");
+  const screen_entry *entry = find_screen(state, state->current_state);
   void *record = allocate_or_exit(entry->record_size, entry->record_name);
   if (entry->hand_over != nullptr) entry->hand_over(state->screen, record);
   state_object_unload(state);

@@ -5,6 +5,7 @@
 
 #include <SDL.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -22,6 +23,10 @@ int move_selection(SDL_Keycode key, int selected, int first, int last);
 // Writes `seconds` as "mm:ss" with a NUL, "00:00" for 0 and less. Six bytes hold any time below 6000 s; a
 // longer text is cut to the buffer.
 void seconds_to_time(int seconds, std::span<char> buffer);
+
+inline constexpr std::size_t time_label_size = 26;  // bytes of the longest label, with NUL
+// Writes the menus' row about the fight time, "Time: mm:ss", and returns it.
+const char *time_label(int seconds, std::span<char, time_label_size> buffer);
 
 // Fills `buffer` with `count` random letters and digits and a NUL; `buffer` holds count + 1 bytes. Returns
 // `buffer`. Each character takes two draws of rand().

@@ -1,13 +1,18 @@
 #pragma once
 
 // The application record: settings, window and ring geometry, frame timers, the state machine and the event
-// last polled. It exists once. The main loop that drives it is declared here too (main_loop.cpp).
+// last polled. It exists once.
 
 #include <SDL.h>
 
 #include <cstdint>
 
+struct end_menu_state;
+struct game_state;
+struct lan_menu_state;
+struct main_menu_screen;
 struct network_record;
+struct options_menu_state;
 struct state_object;
 struct timer;
 
@@ -23,6 +28,9 @@ enum difficulty : int {
 };
 
 inline constexpr int screen_tick_per_frame = 33;  // frame budget in ms
+inline constexpr int longest_fight = 120;         // s; the fight time at the start
+inline constexpr int shortest_fight = 60;         // s
+inline constexpr int fight_time_step = 15;        // s
 inline constexpr int ring_columns = 134;          // blocks across the ring
 inline constexpr int ring_rows = 96;              // blocks down the ring
 
@@ -56,6 +64,17 @@ state_object *context_state_machine();
 // The network record; null unless the network is open.
 network_record *context_net_info();
 
+// The current screen's record, by its type. Each is there only while its screen is current or just being
+// left.
+main_menu_screen *current_main_menu();
+game_state *current_game();
+lan_menu_state *current_lobby();
+end_menu_state *current_end_menu();
+options_menu_state *current_options_menu();
+
+// True in the lobby, during a LAN match and after it, until the main menu chooses another kind of match.
+bool context_is_lan();
+
 // Computes unit_w and unit_h from the window's size: the ring fills at most 80 % of either dimension with
 // whole blocks, but a block is never smaller than a pixel.
 void context_calc_units();
@@ -64,13 +83,7 @@ void context_calc_ring();
 
 // Turns the sound effects on or off.
 void context_toggle_sound();
-// Moves the fight time on by 15 s, from 120 s back to 60 s.
+// The menus' row about the sound effects.
+const char *context_sound_label();
+// Moves the fight time on by a step, from the longest fight back to the shortest.
 void context_next_fight_time();
-
-// Allocates and fills the record. On failure prints what is missing, returns false, and leaves what it made
-// to context_teardown.
-bool context_init();
-// Runs frames of screen_tick_per_frame ms until the quit screen is current.
-void context_loop();
-// Unloads the current screen and releases what context_init made, also after it failed.
-void context_teardown();

@@ -1,11 +1,9 @@
-// The one place that lists every screen with its record and its operations.
+#include "app/screen_table.h"
 
-#include <cstddef>
-
-#include "app/state_machine.h"
 #include "fight/fighter.h"
-#include "fight/game.h"
+#include "fight/game_state.h"
 #include "screens/end_menu.h"
+#include "screens/game_screen.h"
 #include "screens/lan_menu.h"
 #include "screens/main_menu.h"
 #include "screens/options_menu.h"
@@ -43,9 +41,6 @@ constexpr screen_entry screens[] = {
 
 }  // namespace
 
-const screen_entry *screen_table_find(int id) {
-  for (const screen_entry &screen : screens) {
-    if (screen.id == id) return &screen;
-  }
-  return nullptr;
+std::span<const screen_entry> screen_table() {
+  return screens;
 }

@@ -1,18 +1,21 @@
-#include "net/messages.h"
+#include "lan/messages.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
 
-#include "app/context.h"
-#include "app/state_machine.h"
+#include "core/context.h"
+#include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "net/message_reader.h"
 #include "net/net.h"
 #include "net/token_list.h"
 
 namespace {
+
+constexpr int message_repeats = 3;
 
 // Room for the longest message whatever its values: 22 tokens, each a separator, two digits of length, a
 // space and at most ten characters, between the letter and the NUL. Only send_draft asks whether it fits a
@@ -77,8 +80,11 @@ int send_username(message_letter letter, net_destination destination) {
   return send_draft(message, destination);
 }
 
-const game_state *current_match() {
-  return static_cast<const game_state *>(context_state_machine()->screen);
+// The host's own phase, mirrored, but for the frames that tell of a press. A press that the host has not
+// answered in them is told no more: it would become another punch.
+int told_punch_phase(const game_state *match) {
+  if (match->punch_tells > 0) return punch_started;
+  return match->punch_unheard ? punch_none : match->fighter2->punch_phase;
 }
 
 }  // namespace
@@ -106,7 +112,7 @@ int messages_starting_game_ack() {
 }
 
 int messages_game_state() {
-  const game_state *match = current_match();
+  const game_state *match = current_game();
   draft message = start_draft(message_game_state);
   add_counter(&message);
   add_fighter(&message, match->fighter1);
@@ -116,12 +122,11 @@ int messages_game_state() {
 }
 
 int messages_key_press() {
-  const game_state *match = current_match();
+  const game_state *match = current_game();
   const fighter *guest = match->fighter2;
-  const int punch_phase = match->punch_tells > 0 ? punch_started : guest->punch_phase;
   draft message = start_draft(message_key_press);
   add_counter(&message);
-  add_numbers(&message, {guest->vel_x, guest->vel_y, punch_phase, match->paused});
+  add_numbers(&message, {guest->vel_x, guest->vel_y, told_punch_phase(match), match->paused});
   return send_draft(message, to_peer);
 }
 
@@ -135,4 +140,8 @@ int messages_cancel_game() {
 
 int messages_leave_game() {
   return send_username(message_leave_game, to_peer);
+}
+
+void messages_repeat(int (*message)()) {
+  for (int i = 0; i < message_repeats; ++i) message();
 }

@@ -1,4 +1,4 @@
-#include "app/allocation.h"
+#include "core/allocation.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -19,18 +19,6 @@
 // punch_phase, punching_arm, punch_frames, knock_frames, flex_pose, score. The counter is sent_msg_number
 // before the send, so that it rises from one match message to the next.
 
-enum message_letter : char {
-  message_game_create = 'a',
-  message_joined_game = 'b',
-  message_starting_game = 'c',
-  message_starting_game_ack = 'd',
-  message_game_state = 'e',
-  message_key_press = 'f',
-  message_kick_game = 'g',
-  message_cancel_game = 'h',
-  message_leave_game = 'i',
-};
-
 // Each builds its message from netInfo, the settings and the current match, sends it and returns what
 // net_send_udp_abstract does. A text that does not fit a datagram with its NUL is not sent: 0. Messages to
 // the peer go where net_setup_p2p_struct aimed; a game state and a key press take the match from the game
@@ -45,3 +33,6 @@ int messages_key_press();          // every frame, from the guest of a match
 int messages_kick_game();          // once, from a host in the lobby
 int messages_cancel_game();        // three times, from a host that closes its room
 int messages_leave_game();         // once from a guest in the lobby, three times from who quits a match
+
+// Sends three copies of a message, for those that no other message answers or makes good.
+void messages_repeat(int (*message)());
