@@ -1,22 +1,19 @@
 """Builds the game's font, 8bit_block.ttf, from the drawings of glyph_art.
 
-The font is drawn on a grid of square cells of 0.12 em: 3 pixels at 25 points
-and 5 pixels at 42 points. Baseline, advance and all strokes lie on whole cells.
-Most characters are equally wide, the digits, the blank and the dot among them.
+The font is drawn on a grid of square cells of 0.12 em: 3 pixels at 25 points and 5 pixels at 42 points. Baseline,
+advance and all strokes lie on whole cells. Most characters are equally wide, the digits, the blank and the dot
+among them.
 
-At sizes where a cell would not be a whole number of pixels the font's own hints
-move every point onto a grid of the nearest whole number, so that strokes stay
-even at any window size: one pixel at 12 points, for instance.
+At sizes where a cell would not be a whole number of pixels the font's own hints move every point onto a grid of
+the nearest whole number, so that strokes stay even at any window size: one pixel at 12 points, for instance.
 """
 
 import array
-import io
 import itertools
 
 from fontTools.fontBuilder import FontBuilder
 from fontTools.ttLib import newTable
 from fontTools.ttLib.tables._g_l_y_f import Glyph, GlyphCoordinates, flagOnCurve
-from fontTools.ttLib.tables.O_S_2f_2 import Panose
 from fontTools.ttLib.tables.ttProgram import Program
 
 from glyph_art import read_glyphs
@@ -34,31 +31,28 @@ X_HEIGHT = 5
 ASCENT = 9  # cells; capitals with accents
 DESCENT = 2
 
-# Seconds since 1904, the font format's epoch: 1 January 2024, for the same
-# bytes on every day.
+# Seconds since 1904, the font format's epoch: 1 January 2024, for the same bytes on every day.
 BUILD_TIME = 3786912000
 
-# The hints. Storage 0 keeps the size of a cell in whole pixels, control value 0
-# is the exact size. Function 0 moves point p of the stack onto the grid along
-# the current axis and leaves p - 1; function 1 does so for the points n to 0
-# along both axes.
+# What the font says nothing of.
+PANOSE_ANY = ("bProportion", "bContrast", "bStrokeVariation", "bArmStyle", "bLetterForm", "bMidline", "bXHeight")
+
+# The hints. Storage 0 keeps the size of a cell in whole pixels, control value 0 is the exact size. Function 0 moves
+# point p of the stack onto the grid along the current axis and leaves p - 1; function 1 does so for the points n to
+# 0 along both axes.
 HINT_FUNCTIONS = [
     "PUSHB[ ] 0", "FDEF[ ]",
-    "DUP[ ]", "DUP[ ]", "GC[0]",
-    "PUSHB[ ] 0", "RCVT[ ]", "DIV[ ]", "ROUND[00]",
-    "PUSHB[ ] 0", "RS[ ]", "MUL[ ]", "SCFS[ ]",
-    "PUSHB[ ] 1", "SUB[ ]",
+    "DUP[ ]", "DUP[ ]", "GC[0]", "PUSHB[ ] 0", "RCVT[ ]", "DIV[ ]", "ROUND[00]",
+    "PUSHB[ ] 0", "RS[ ]", "MUL[ ]", "SCFS[ ]", "PUSHB[ ] 1", "SUB[ ]",
     "ENDF[ ]",
     "PUSHB[ ] 1", "FDEF[ ]",
-    "SVTCA[1]", "DUP[ ]", "DUP[ ]", "PUSHB[ ] 1", "ADD[ ]",
-    "PUSHB[ ] 0", "LOOPCALL[ ]", "POP[ ]",
-    "SVTCA[0]", "DUP[ ]", "PUSHB[ ] 1", "ADD[ ]",
-    "PUSHB[ ] 0", "LOOPCALL[ ]", "POP[ ]",
+    "SVTCA[1]", "DUP[ ]", "DUP[ ]", "PUSHB[ ] 1", "ADD[ ]", "PUSHB[ ] 0", "LOOPCALL[ ]", "POP[ ]",
+    "SVTCA[0]", "DUP[ ]", "PUSHB[ ] 1", "ADD[ ]", "PUSHB[ ] 0", "LOOPCALL[ ]", "POP[ ]",
     "ENDF[ ]",
 ]
 
-# Run once for a size: rounds the cell, switches the hints off where it would
-# vanish, and asks for movement along the x axis to be obeyed too.
+# Run once for a size: rounds the cell, switches the hints off where it would vanish, and asks for movement along the
+# x axis to be obeyed too.
 HINT_SETUP = [
     "PUSHB[ ] 0", "PUSHB[ ] 0", "RCVT[ ]", "ROUND[00]", "WS[ ]",
     "PUSHB[ ] 0", "RS[ ]", "PUSHB[ ] 0", "EQ[ ]",
@@ -67,8 +61,7 @@ HINT_SETUP = [
 ]
 
 
-def build_font():
-    """Returns the bytes of the font file."""
+def make_font(folder):
     drawings = {_glyph_name(key): drawing for key, drawing in read_glyphs().items()}
     order = sorted(drawings)  # begins with .notdef, as every font must
     builder = FontBuilder(UNITS_PER_EM, isTTF=True)
@@ -79,18 +72,13 @@ def build_font():
     _set_names(builder)
     _set_hints(builder.font)
     builder.setupHead(
-        unitsPerEm=UNITS_PER_EM,
-        fontRevision=float(VERSION),
-        created=BUILD_TIME,
-        modified=BUILD_TIME,
+        unitsPerEm=UNITS_PER_EM, fontRevision=float(VERSION), created=BUILD_TIME, modified=BUILD_TIME,
         macStyle=0x01,  # bold
         flags=0x001B,  # baseline and left side at 0, whole sizes, hinted advances
         lowestRecPPEM=9,
     )
     builder.font.recalcTimestamp = False
-    file = io.BytesIO()
-    builder.save(file)
-    return file.getvalue()
+    builder.save(folder / "8bit_block.ttf")
 
 
 def _glyph_name(key):
@@ -98,8 +86,8 @@ def _glyph_name(key):
 
 
 def _glyph(cells):
-    # A blank gets one point and no area: without a point its width would not be
-    # hinted and would differ from that of the letters.
+    # A blank gets one point and no area: without a point its width would not be hinted and would differ from that of
+    # the letters.
     outline = contours(cells) or [[(0, 0)]]
     points = [point for polygon in outline for point in polygon]
     ends = itertools.accumulate(len(polygon) for polygon in outline)
@@ -127,66 +115,40 @@ def _set_metrics(builder, drawings):
     builder.setupHorizontalMetrics(metrics)
     builder.setupHorizontalHeader(ascent=ASCENT * CELL, descent=-DESCENT * CELL)
     builder.setupOS2(
-        version=4,
-        usWeightClass=700,
+        version=4, usWeightClass=700, achVendID="VTRO",
         fsType=0,  # may be installed and embedded freely
         fsSelection=0x00A0,  # bold, typographic metrics
-        achVendID="VTRO",
-        panose=_panose(),
-        sTypoAscender=ASCENT * CELL,
-        sTypoDescender=-DESCENT * CELL,
-        sTypoLineGap=0,
-        usWinAscent=ASCENT * CELL,
-        usWinDescent=DESCENT * CELL,
-        sxHeight=X_HEIGHT * CELL,
-        sCapHeight=CAP_HEIGHT * CELL,
-        yStrikeoutSize=CELL,
-        yStrikeoutPosition=3 * CELL,
-        usBreakChar=0x20,
-        usMaxContext=1,
+        panose={**dict.fromkeys(PANOSE_ANY, 0), "bFamilyType": 2, "bSerifStyle": 11, "bWeight": 8},  # text, none, bold
+        sTypoAscender=ASCENT * CELL, sTypoDescender=-DESCENT * CELL, sTypoLineGap=0,
+        usWinAscent=ASCENT * CELL, usWinDescent=DESCENT * CELL,
+        sxHeight=X_HEIGHT * CELL, sCapHeight=CAP_HEIGHT * CELL,
+        yStrikeoutSize=CELL, yStrikeoutPosition=3 * CELL,
+        usBreakChar=0x20, usMaxContext=1,
         ulCodePageRange1=0x00000001,  # Latin 1
     )
     builder.setupPost(underlinePosition=-CELL, underlineThickness=CELL)
 
 
-def _panose():
-    panose = Panose()
-    panose.bFamilyType = 2  # text
-    panose.bSerifStyle = 11  # none
-    panose.bWeight = 8  # bold
-    panose.bProportion = panose.bContrast = panose.bStrokeVariation = 0  # any
-    panose.bArmStyle = panose.bLetterForm = panose.bMidline = panose.bXHeight = 0
-    return panose
-
-
 def _set_names(builder):
-    builder.setupNameTable(
-        {
-            "familyName": FAMILY,
-            "styleName": STYLE,
-            "uniqueFontIdentifier": f"{VERSION};{FAMILY} {STYLE}",
-            "fullName": f"{FAMILY} {STYLE}",
-            "version": f"Version {VERSION}",
-            "psName": f"{FAMILY.replace(' ', '')}-{STYLE}",
-            "copyright": "Drawn for Vantaro Pugnado",
-        },
-        mac=False,
-    )
+    builder.setupNameTable({
+        "familyName": FAMILY,
+        "styleName": STYLE,
+        "uniqueFontIdentifier": f"{VERSION};{FAMILY} {STYLE}",
+        "fullName": f"{FAMILY} {STYLE}",
+        "version": f"Version {VERSION}",
+        "psName": f"{FAMILY.replace(' ', '')}-{STYLE}",
+        "copyright": "Drawn for Vantaro Pugnado",
+    }, mac=False)
 
 
 def _set_hints(font):
-    font["fpgm"] = newTable("fpgm")
-    font["fpgm"].program = _program(HINT_FUNCTIONS)
-    font["prep"] = newTable("prep")
-    font["prep"].program = _program(HINT_SETUP)
-    font["cvt "] = newTable("cvt ")
-    font["cvt "].values = array.array("h", [CELL])
-    font["gasp"] = newTable("gasp")
-    font["gasp"].version = 1
-    font["gasp"].gaspRange = {0xFFFF: 0x0005}  # hint at every size, never smooth
-    maxp = font["maxp"]
-    maxp.maxZones = 2
-    maxp.maxFunctionDefs = 2
-    maxp.maxStorage = 1
-    maxp.maxStackElements = 16
-    maxp.maxSizeOfInstructions = 16
+    for tag, attributes in {
+        "fpgm": {"program": _program(HINT_FUNCTIONS)},
+        "prep": {"program": _program(HINT_SETUP)},
+        "cvt ": {"values": array.array("h", [CELL])},
+        "gasp": {"version": 1, "gaspRange": {0xFFFF: 0x0005}},  # hint at every size, never smooth
+    }.items():
+        font[tag] = newTable(tag)
+        vars(font[tag]).update(attributes)
+    vars(font["maxp"]).update(maxZones=2, maxFunctionDefs=2, maxStorage=1, maxStackElements=16,
+                              maxSizeOfInstructions=16)

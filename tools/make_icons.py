@@ -1,40 +1,31 @@
-#!/usr/bin/python3
-"""Draws the program's icons into packaging/icons/: PNG files of 16 to 256 pixels and one SVG file.
-
-Without an option the files are written anew; with --check they are compared, byte for byte, with what would be
-written, and a difference ends with status 1.
+"""Draws the program's icons: PNG files of 16 to 256 pixels and one SVG file.
 
 The icon shows a punch landing in the ring. The large one is put together from the fighters' own bitmaps in
 fight/fighter_masks.h; the small ones are drawn by hand, since no bitmap survives being shrunk to 16 pixels.
 Every size is a whole multiple of one of these drawings, so that all pixels stay square.
 """
 
-import argparse
 import re
-import struct
-import sys
 from pathlib import Path
 
-sys.dont_write_bytecode = True  # leave no caches beside the sources
+from PIL import Image
 
-from make_images import chunk_bytes, stored
+from make_images import image_of
 
-ROOT = Path(__file__).resolve().parent.parent
-MASKS = ROOT / "fight" / "fighter_masks.h"
-ICONS = ROOT / "packaging" / "icons" / "hicolor"
+MASKS = Path(__file__).resolve().parents[1] / "fight" / "fighter_masks.h"
 NAME = "vantaro-pugnado"
 
 CLEAR = "."
-# At most 16, which a pixel of half a byte can tell apart. Materials have a light, a plain and a shaded tone.
+# Materials have a light, a plain and a shaded tone.
 COLOURS = {
-    CLEAR: (0, 0, 0),
-    "k": (12, 12, 17),  # outline
-    "g": (20, 170, 40), "G": (14, 132, 32),  # the ring, and the shadows on it
-    "w": (255, 255, 255), "s": (184, 192, 204),
-    "B": (74, 76, 96), "b": (26, 26, 36),
-    "R": (238, 86, 80), "r": (196, 30, 38), "d": (128, 10, 26),
-    "U": (112, 168, 255), "u": (44, 104, 214), "v": (22, 56, 140),
-    "Y": (255, 240, 160), "y": (255, 205, 40),
+    CLEAR: "#00000000",
+    "k": "#0c0c11",  # outline
+    "g": "#14aa28", "G": "#0e8420",  # the ring, and the shadows on it
+    "w": "#ffffff", "s": "#b8c0cc",
+    "B": "#4a4c60", "b": "#1a1a24",
+    "R": "#ee5650", "r": "#c41e26", "d": "#800a1a",
+    "U": "#70a8ff", "u": "#2c68d6", "v": "#16388c",
+    "Y": "#fff0a0", "y": "#ffcd28",
 }
 WHITE, BLACK, RED, BLUE = "wws", "Bbk", "Rrd", "Uuv"  # tones of a material
 
@@ -175,18 +166,18 @@ def paint_art(picture, art, left, top):
                 picture[y][x] = colour
 
 
-def paint_part(picture, cells, tones):
-    """Paints one part of a boxer, lit from the upper left."""
+def paint_parts(picture, parts, tones):
+    """Paints parts of a boxer, lit from the upper left."""
     light, plain, shade = tones
-    for x, y in cells:
-        thick = (x, y - 3) in cells
-        if (x, y + 1) not in cells or (thick and ((x, y + 2) not in cells or (x + 1, y) not in cells)):
-            tone = shade
-        elif (x, y - 1) not in cells or (x - 1, y) not in cells:
-            tone = light
-        else:
-            tone = plain
-        picture[y][x] = tone
+    for cells in parts:
+        for x, y in cells:
+            thick = (x, y - 3) in cells
+            if (x, y + 1) not in cells or (thick and ((x, y + 2) not in cells or (x + 1, y) not in cells)):
+                picture[y][x] = shade
+            elif (x, y - 1) not in cells or (x - 1, y) not in cells:
+                picture[y][x] = light
+            else:
+                picture[y][x] = plain
 
 
 def read_mask(name):
@@ -195,44 +186,32 @@ def read_mask(name):
     return re.findall(r'"([.#]+)"', drawing.group(1))
 
 
-def boxer(place, faces_right, upper, lower, head, glove_ends):
-    """The parts of a boxer from above as sets of cells: arms, head and gloves. The gloves of the upper and the
-    lower arm are the columns of the bitmaps before the two in `glove_ends`."""
-    def cells(mask, row, columns):
-        rows = read_mask(mask)
+def boxer(place, faces_right, arm, glove_end, head):
+    """The parts of a boxer from above as sets of cells: arms and head, and gloves. The upper arm is as in the
+    bitmap `arm`, whose glove are the columns before `glove_end`; the lower one rests."""
+    def cells(rows, top, columns):
         return {(place[0] + (len(text) - 1 - column if faces_right else column), place[1] + y)
-                for y, text in row(rows) for column in columns if text[column] == "#"}
+                for y, text in enumerate(rows, top) for column in columns if text[column] == "#"}
 
-    def down(rows):
-        return enumerate(rows)
-
-    def up(rows):
-        return enumerate(reversed(rows), 21)
-
-    def at_head(rows):
-        return enumerate(rows, 11)
-
-    arms = cells(upper, down, range(glove_ends[0], 38)), cells(lower, up, range(glove_ends[1], 38))
-    gloves = cells(upper, down, range(glove_ends[0])), cells(lower, up, range(glove_ends[1]))
-    return [*arms, cells(head, at_head, range(38))], list(gloves)
+    upper, lower = read_mask(arm), read_mask("upper_left_0")[::-1]
+    return ([cells(upper, 0, range(glove_end, 38)), cells(lower, 21, range(29, 38)),
+             cells(read_mask(head), 11, range(38))],
+            [cells(upper, 0, range(glove_end)), cells(lower, 21, range(29))])
 
 
 def draw_scene(size):
     punching_arm, glove_end, punching_place, hit_place, flash_place = SCENES[size]
     picture = blank(size)
     paint_frame(picture)
-    hit, hit_gloves = boxer(hit_place, False, "upper_left_0", "upper_left_0", "head_back", (29, 29))
-    punching, red_gloves = boxer(punching_place, True, punching_arm, "upper_left_0", "head_normal_left",
-                                 (glove_end, 29))
-    for part in hit + hit_gloves + punching + red_gloves:
+    hit, blue_gloves = boxer(hit_place, False, "upper_left_0", 29, "head_back")
+    punching, red_gloves = boxer(punching_place, True, punching_arm, glove_end, "head_normal_left")
+    for part in hit + blue_gloves + punching + red_gloves:
         paint_shadow(picture, part, ((1, 1), (1, 2)))
-    for parts, tones in ((hit, BLACK), (hit_gloves, BLUE)):
-        for part in parts:
-            paint_part(picture, part, tones)
+    paint_parts(picture, hit, BLACK)
+    paint_parts(picture, blue_gloves, BLUE)
     paint_art(picture, FLASH, *flash_place)
-    for parts, tones in ((punching, WHITE), (red_gloves, RED)):
-        for part in parts:
-            paint_part(picture, part, tones)
+    paint_parts(picture, punching, WHITE)
+    paint_parts(picture, red_gloves, RED)
     return picture
 
 
@@ -244,28 +223,6 @@ def draw_by_hand(size, art, left, top):
     paint_shadow(picture, cells, ((1, 1),))
     paint_art(picture, art, left, top)
     return picture
-
-
-def enlarge(picture, factor):
-    return [[colour for colour in row for _ in range(factor)] for row in picture for _ in range(factor)]
-
-
-def png(picture):
-    """A PNG file with a palette of at most 16 colours, the first of them clear."""
-    keys = list(COLOURS)
-    lines = b""
-    for row in picture:
-        indices = [keys.index(colour) for colour in row]
-        packed = bytes(left << 4 | right for left, right in zip(indices[::2], indices[1::2]))
-        lines += b"\0" + packed  # 0: the line is not filtered
-    chunks = [
-        (b"IHDR", struct.pack(">IIBBBBB", len(picture), len(picture), 4, 3, 0, 0, 0)),
-        (b"PLTE", b"".join(bytes(colour) for colour in COLOURS.values())),
-        (b"tRNS", b"\0"),
-        (b"IDAT", stored(lines)),
-        (b"IEND", b""),
-    ]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(chunk_bytes(*chunk) for chunk in chunks)
 
 
 def runs(picture, colour):
@@ -280,45 +237,22 @@ def svg(picture):
     size = len(picture)
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{size}" height="{size}" viewBox="0 0 {size} {size}" '
              'shape-rendering="crispEdges">']
-    for colour, (red, green, blue) in COLOURS.items():
+    for colour, code in COLOURS.items():
         bars = "".join(f"M{x} {y}h{length}v1h-{length}z" for x, y, length in runs(picture, colour))
         if bars and colour != CLEAR:
-            lines.append(f'<path fill="#{red:02x}{green:02x}{blue:02x}" d="{bars}"/>')
-    return ("\n".join(lines) + "\n</svg>\n").encode()
+            lines.append(f'<path fill="{code}" d="{bars}"/>')
+    return "\n".join(lines) + "\n</svg>\n"
 
 
-def build_icons():
-    """Returns {path below the icons' folder: bytes}."""
+def make_icons(folder):
     large = draw_scene(64)
-    medium = draw_by_hand(32, MEDIUM, 4, 3)
-    small = draw_by_hand(24, SMALL, 2, 2)
-    tiny = draw_by_hand(16, TINY, 1, 1)
-    pictures = [tiny, small, medium, draw_scene(48), large, enlarge(large, 2), enlarge(large, 4)]
-    icons = {f"{len(picture)}x{len(picture)}/apps/{NAME}.png": png(picture) for picture in pictures}
-    return {**icons, f"scalable/apps/{NAME}.svg": svg(large)}
-
-
-def check(icons):
-    """Names every file that differs; returns whether all are the same."""
-    differing = [name for name, data in icons.items()
-                 if not (ICONS / name).is_file() or (ICONS / name).read_bytes() != data]
-    for name in differing:
-        print(f"{ICONS / name} differs from its source")
-    return not differing
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--check", action="store_true", help="compare, write nothing")
-    options = parser.parse_args()
-    icons = build_icons()
-    if options.check:
-        return 0 if check(icons) else 1
-    for name, data in icons.items():
-        (ICONS / name).parent.mkdir(parents=True, exist_ok=True)
-        (ICONS / name).write_bytes(data)
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+    pictures = (draw_by_hand(16, TINY, 1, 1), draw_by_hand(24, SMALL, 2, 2), draw_by_hand(32, MEDIUM, 4, 3),
+                draw_scene(48), large)
+    images = [image_of(picture, COLOURS) for picture in pictures]
+    images += [images[-1].resize((size, size), Image.Resampling.NEAREST) for size in (128, 256)]
+    for image in images:
+        place = folder / f"{image.width}x{image.width}" / "apps"
+        place.mkdir(parents=True)
+        image.save(place / f"{NAME}.png")
+    (folder / "scalable" / "apps").mkdir(parents=True)
+    (folder / "scalable" / "apps" / f"{NAME}.svg").write_text(svg(large))

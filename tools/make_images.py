@@ -1,27 +1,20 @@
-"""Draws the game's images: the four arrows and the block, as PNG files.
+"""Draws the game's images: the four arrows and the block.
 
-The menus stretch the two side arrows to a twentieth of the window's width and
-the height of a line of text, 40 x 33 pixels at the default window size. They
-are drawn at twice that size on a grid of cells that halves to whole pixels, so
-they come out crisp there and stay so in larger windows. The up and down arrows
-are shown at their own size, on the grid of the text around them.
+The menus stretch the two side arrows to a twentieth of the window's width and the height of a line of text,
+40 x 33 pixels at the default window size. They are drawn at twice that size on a grid of cells that halves to
+whole pixels, so they come out crisp there and stay so in larger windows. The up and down arrows are shown at
+their own size, on the grid of the text around them.
 """
 
-import struct
-import zlib
+from PIL import Image, ImageColor, ImageOps
 
 EMPTY, OUTLINE, FILL = ".", "#", "o"
 
-# The clear colour equals that of the outline: smoothing mixes it in at the
-# edges, and any other would show there as a fringe.
-COLOURS = {
-    EMPTY: (0, 51, 25, 0),
-    OUTLINE: (0, 51, 25, 255),
-    FILL: (255, 205, 40, 255),
-}
+# The clear colour equals that of the outline: smoothing mixes it in at the edges, and any other would show there
+# as a fringe.
+COLOURS = {EMPTY: "#00331900", OUTLINE: "#003319", FILL: "#ffcd28"}
 
-# As high as a line of text, 11 cells; the shaft lies at the middle of its
-# capitals.
+# As high as a line of text, 11 cells; the shaft lies at the middle of its capitals.
 RIGHT_ARROW = """
 ............
 .....###....
@@ -57,59 +50,26 @@ VERTICAL_MARGIN = 1
 BLOCK_SIDE = 8  # pixels
 
 
-def build_images():
-    """Returns {file name: bytes} of the five images."""
-    right = _enlarge(RIGHT_ARROW.split(), SIDE_CELL, SIDE_MARGIN)
-    left = [row[::-1] for row in right]
-    down = _enlarge(DOWN_ARROW.split(), VERTICAL_CELL, VERTICAL_MARGIN)
-    up = down[::-1]
-    return {
-        "to_right.png": _arrow_png(right),
-        "to_left.png": _arrow_png(left),
-        "down.png": _arrow_png(down),
-        "up.png": _arrow_png(up),
-        "dot.png": _block_png(),
-    }
+def image_of(rows, colours):
+    """An image with a pixel for every character of the rows."""
+    image = Image.new("RGBA", (len(rows[0]), len(rows)))
+    image.putdata([ImageColor.getcolor(colours[character], "RGBA") for row in rows for character in row])
+    return image
 
 
-def _enlarge(rows, cell, margin):
+def _arrow(art, cell, margin):
     """Turns every character into cell x cell pixels, with clear sides."""
-    side = EMPTY * margin
-    return [
-        side + "".join(character * cell for character in row) + side
-        for row in rows
-        for _ in range(cell)
-    ]
+    small = image_of(art.split(), COLOURS)
+    large = small.resize((small.width * cell, small.height * cell), Image.Resampling.NEAREST)
+    return ImageOps.expand(large, (margin, 0), COLOURS[EMPTY])
 
 
-def _arrow_png(rows):
-    pixels = [b"".join(bytes(COLOURS[pixel]) for pixel in row) for row in rows]
-    return _png(len(rows[0]), pixels, with_alpha=True)
-
-
-def _block_png():
-    """A plain white square: it takes any tint, and has no edge to smooth."""
-    return _png(BLOCK_SIDE, [b"\xff" * 3 * BLOCK_SIDE] * BLOCK_SIDE, with_alpha=False)
-
-
-def _png(width, rows, with_alpha):
-    """Returns a PNG file of 8 bits per channel; rows hold each line's bytes."""
-    colour_type = 6 if with_alpha else 2
-    header = struct.pack(">IIBBBBB", width, len(rows), 8, colour_type, 0, 0, 0)
-    lines = b"".join(b"\0" + row for row in rows)  # 0: the line is not filtered
-    chunks = [(b"IHDR", header), (b"IDAT", stored(lines)), (b"IEND", b"")]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(chunk_bytes(*chunk) for chunk in chunks)
-
-
-def chunk_bytes(name, data):
-    body = name + data
-    return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-
-
-def stored(data):
-    """Wraps data as one uncompressed zlib block of at most 65535 bytes.
-
-    Compressed bytes would depend on the zlib at hand; these never change.
-    """
-    block = struct.pack("<BHH", 1, len(data), len(data) ^ 0xFFFF)
-    return b"\x78\x01" + block + data + struct.pack(">I", zlib.adler32(data))
+def make_images(folder):
+    right = _arrow(RIGHT_ARROW, SIDE_CELL, SIDE_MARGIN)
+    right.save(folder / "to_right.png")
+    ImageOps.mirror(right).save(folder / "to_left.png")
+    down = _arrow(DOWN_ARROW, VERTICAL_CELL, VERTICAL_MARGIN)
+    down.save(folder / "down.png")
+    ImageOps.flip(down).save(folder / "up.png")
+    # A plain white square: it takes any tint, and has no edge to smooth.
+    Image.new("RGB", (BLOCK_SIDE, BLOCK_SIDE), "white").save(folder / "dot.png")
