@@ -34,8 +34,12 @@ DESCENT = 2
 # Seconds since 1904, the font format's epoch: 1 January 2024, for the same bytes on every day.
 BUILD_TIME = 3786912000
 
-# What the font says nothing of.
-PANOSE_ANY = ("bProportion", "bContrast", "bStrokeVariation", "bArmStyle", "bLetterForm", "bMidline", "bXHeight")
+# What programs that choose a font by its looks are told.
+PANOSE = {
+    "bFamilyType": 2, "bSerifStyle": 11, "bWeight": 8,  # text, no serifs, bold
+    "bProportion": 0, "bContrast": 0, "bStrokeVariation": 0,  # any
+    "bArmStyle": 0, "bLetterForm": 0, "bMidline": 0, "bXHeight": 0,
+}
 
 # The hints. Storage 0 keeps the size of a cell in whole pixels, control value 0 is the exact size. Function 0 moves
 # point p of the stack onto the grid along the current axis and leaves p - 1; function 1 does so for the points n to
@@ -115,10 +119,9 @@ def _set_metrics(builder, drawings):
     builder.setupHorizontalMetrics(metrics)
     builder.setupHorizontalHeader(ascent=ASCENT * CELL, descent=-DESCENT * CELL)
     builder.setupOS2(
-        version=4, usWeightClass=700, achVendID="VTRO",
+        version=4, usWeightClass=700, panose=PANOSE, achVendID="VTRO",
         fsType=0,  # may be installed and embedded freely
         fsSelection=0x00A0,  # bold, typographic metrics
-        panose={**dict.fromkeys(PANOSE_ANY, 0), "bFamilyType": 2, "bSerifStyle": 11, "bWeight": 8},  # text, none, bold
         sTypoAscender=ASCENT * CELL, sTypoDescender=-DESCENT * CELL, sTypoLineGap=0,
         usWinAscent=ASCENT * CELL, usWinDescent=DESCENT * CELL,
         sxHeight=X_HEIGHT * CELL, sCapHeight=CAP_HEIGHT * CELL,
