@@ -7,7 +7,8 @@
 #include <type_traits>
 
 // A zero-filled block of `size` bytes. Where there is no memory for it, prints "Could not allocat memory
-// for %s!" with `name` and ends the process with exit status 1, without any teardown.
+// for %s!" (spelt so: players' reports and scripts look for it) with `name` and ends the process with exit
+// status 1, without any teardown.
 void *allocate_or_exit(std::size_t size, const char *name);
 
 // The same, as a record of its type.

@@ -37,5 +37,5 @@ struct cpu_logic {
 void cpu_logic_init(cpu_logic *cpu);
 // One frame of decisions for the fighter `me`. Reads the current match's distance.
 void cpu_logic_check_state(cpu_logic *cpu, const fighter *me, const fighter *opponent);
-// Turns the decisions into the fighter's movement and punch.
+// Turns the decisions into the fighter's movement and punch. (The name is spelt so.)
 void cpu_logic_state_intructions(cpu_logic *cpu, fighter *me);

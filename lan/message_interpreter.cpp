@@ -39,13 +39,13 @@ void copy_text(char (&destination)[size], const char *text) {
 // its guest is shown but changes no name here: the host may not have heard of this player yet, or know
 // another.
 void follow_host(const message &message) {
-  copy_text(netInfo.peer_username, message.name);
-  copy_text(current_lobby()->guest_name, message.guest_name);
-  netInfo.fight_time = message.fight_time;
+  copy_text(netInfo.peer_username, message.room.name);
+  copy_text(current_lobby()->guest_name, message.room.guest_name);
+  netInfo.fight_time = message.room.fight_time;
   lan_load_time_texture(netInfo.fight_time);
-  if (message.fighter1_color != netInfo.fighter1_color) {
-    netInfo.fighter1_color = message.fighter1_color;
-    netInfo.fighter2_color = message.fighter2_color;
+  if (message.room.fighter1_color != netInfo.fighter1_color) {
+    netInfo.fighter1_color = message.room.fighter1_color;
+    netInfo.fighter2_color = message.room.fighter2_color;
     lan_set_players_color(netInfo.fighter1_color, netInfo.fighter2_color);
   }
   net_peer_heard(SDL_GetTicks());

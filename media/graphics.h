@@ -18,8 +18,8 @@ extern texture to_right_menu_arrow;  // drawn left of a selected item
 extern texture to_left_menu_arrow;   // drawn right of a selected item
 extern texture to_down_menu_arrow;   // more rows below
 extern texture to_up_menu_arrow;     // more rows above
-extern texture commet_texture;       // one block; fighters are many tinted copies of it
-extern texture gTemp;                // scratch: a text that is drawn once and destroyed again
+extern texture commet_texture;  // one block (the name is spelt so); fighters are many tinted copies of it
+extern texture gTemp;           // scratch: a text that is drawn once and destroyed again
 
 inline constexpr SDL_Color player1_color = {255, 255, 255, 255};  // colour id 1
 inline constexpr SDL_Color player2_color = {0, 0, 0, 255};        // colour id 2

@@ -29,6 +29,7 @@ void texture_load_from_rendered_text(const char *text, texture *texture, TTF_Fon
   texture->handle = nullptr;
   SDL_Surface *surface = TTF_RenderUTF8_Solid(font, text, color);
   if (surface == nullptr) {
+    // Spelt so; the line is known.
     std::printf("Unable to render text suraface! SDL_ttf Error: %s\n", SDL_GetError());
     return;
   }

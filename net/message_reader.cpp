@@ -48,10 +48,10 @@ constexpr number_field<message> control_fields[] = {
     {&message::paused, 0, pause_limit},
 };
 
-// The number of a token that the layout promises.
-int read_number(const list_node *tokens, unsigned token) {
+// The number of a token; 0 when there is none.
+int read_number(const list_node *tokens, unsigned token, std::size_t size = token_number_size) {
   int value = 0;
-  get_int_token_by_number(&value, token, tokens);
+  get_int_token_by_number(&value, token, tokens, size);
   return value;
 }
 
@@ -67,16 +67,12 @@ bool read_numbers(const list_node *tokens, unsigned token, record *destination,
   return true;
 }
 
-std::uint16_t read_color(const list_node *tokens, unsigned token) {
-  return static_cast<std::uint16_t>(read_number(tokens, token));
+std::uint16_t read_color(const list_node *tokens, unsigned token, std::size_t size = token_number_size) {
+  return static_cast<std::uint16_t>(read_number(tokens, token, size));
 }
 
 bool read_announcement(const list_node *tokens, message *message) {
-  get_string_token_by_number(message->name, sizeof message->name, 2, tokens);
-  get_string_token_by_number(message->guest_name, sizeof message->guest_name, 3, tokens);
-  message->fight_time = read_number(tokens, 4);
-  message->fighter1_color = read_color(tokens, 5);
-  message->fighter2_color = read_color(tokens, 6);
+  message->room = announcement_read(tokens, token_number_size);
   return true;
 }
 
@@ -125,6 +121,16 @@ bool read_tokens(const layout &layout, const list_node *tokens, message *message
 }
 
 }  // namespace
+
+announcement announcement_read(const list_node *tokens, std::size_t number_size) {
+  announcement room = {};
+  get_string_token_by_number(room.name, sizeof room.name, 2, tokens);
+  get_string_token_by_number(room.guest_name, sizeof room.guest_name, 3, tokens);
+  room.fight_time = read_number(tokens, 4, number_size);
+  room.fighter1_color = read_color(tokens, 5, number_size);
+  room.fighter2_color = read_color(tokens, 6, number_size);
+  return room;
+}
 
 bool message_read(const char *text, message *message) {
   for (const layout &layout : layouts) {

@@ -125,7 +125,7 @@ void net_clear_room_id() {
 
 int net_send_udp_abstract(char destination, const char *buffer, int count) {
   if (!is_destination(destination)) {
-    std::puts("Unkown destination type!");
+    std::puts("Unkown destination type!");  // spelt so; the line is known
     return 0;
   }
   if (netInfo.ip_type != ip_type_v4) {

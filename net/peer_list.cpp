@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "net/linked_list.h"
+#include "net/message_reader.h"
 #include "net/token_list.h"
 
 list_node *creatorList = nullptr;
@@ -13,31 +14,17 @@ namespace {
 
 constexpr std::size_t number_text_size = 10;  // bytes of a number in an announcement, with NUL
 
-// The tokens of an announcement that describe the room; token 1, the room id, comes from the caller.
-enum announcement_token : std::uint32_t {
-  token_name = 2,
-  token_joiner_name = 3,
-  token_time = 4,
-  token_fighter1_color = 5,
-  token_fighter2_color = 6,
-};
-
-int announced_number(std::uint32_t number, const list_node *tokens) {
-  int value = 0;
-  get_int_token_by_number(&value, number, tokens, number_text_size);
-  return value;
-}
-
 // Fills what the announcement says into a zero-filled record.
 void read_announcement(const char *text, room_record *room) {
   list_node *tokens = nullptr;
   extract_tokens_from_transmission(text, 1, &tokens);
-  get_string_token_by_number(room->name, sizeof room->name, token_name, tokens);
-  get_string_token_by_number(room->joiner_name, sizeof room->joiner_name, token_joiner_name, tokens);
-  room->time = announced_number(token_time, tokens);
-  room->fighter1_color = static_cast<std::uint16_t>(announced_number(token_fighter1_color, tokens));
-  room->fighter2_color = static_cast<std::uint16_t>(announced_number(token_fighter2_color, tokens));
+  const announcement announced = announcement_read(tokens, number_text_size);
   delete_token_list(&tokens);
+  std::memcpy(room->name, announced.name, sizeof room->name);
+  std::memcpy(room->joiner_name, announced.guest_name, sizeof room->joiner_name);
+  room->time = announced.fight_time;
+  room->fighter1_color = announced.fighter1_color;
+  room->fighter2_color = announced.fighter2_color;
 }
 
 bool has_id(const room_record *room, const char *room_id) {

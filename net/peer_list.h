@@ -34,7 +34,7 @@ int update_peer_heartbeat(std::uint32_t now, const char *room_id, list_node *hea
 // Removes the room, if it is listed.
 void delete_peer_from_list(list_node **head, const char *room_id);
 // Removes the first room last announced more than `time_out` ms before `now`. Returns how many rooms it
-// removed: 1 or 0.
+// removed: 1 or 0. (The name is spelt so.)
 int check_hart_beat_for_list(list_node **head, std::uint32_t now, int time_out);
 // The room of a node, owned by the list; null for a null node, which ends a walk.
 room_record *get_peer_from_list(const list_node *node);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/context.h"
+#include "fight/fighter_masks.h"
 #include "tests/support/stage.h"
 
 namespace {
@@ -50,5 +52,41 @@ TEST(fighter, punch_lands_where_the_glove_meets_the_nose) {
       ASSERT_EQ(fighter_check_punch(&attacker, &defender), lands)
           << "pose " << pose << " at " << x << ", " << y;
     }
+  }
+}
+
+// What is drawn as glove and nose is exactly what hits and is hit, for a fighter that faces left.
+TEST(fighter, gloves_and_nose_are_drawn_where_punches_land) {
+  const bare_match match(1);
+  fighter &boxer = *match.game.fighter2;
+  boxer.x = boxer.y = 0;
+  const auto holds = [](const SDL_Rect &pixels, int column, int row) {
+    const SDL_Point corner = {column * context.unit_w, row * context.unit_h};
+    return SDL_PointInRect(&corner, &pixels) == SDL_TRUE;
+  };
+  const struct {
+    int phase, glove_end;  // column behind the glove, where the arm begins
+    const mask<arm_mask_rows> &arm;
+  } arms[] = {
+      {punch_started, 29, upper_left_0}, {punch_half, 19, upper_left_1}, {punch_full, 10, upper_left_2}};
+  for (const auto &[phase, glove_end, arm] : arms) {
+    SDL_Rect glove[3];
+    boxer.punch_phase = phase;
+    fighter_get_punch_rect(&boxer, glove);
+    for (int cell = 0; cell < 8 * glove_end; ++cell) {
+      const int column = cell % glove_end, row = cell / glove_end;
+      const bool hits =
+          holds(glove[0], column, row) || holds(glove[1], column, row) || holds(glove[2], column, row);
+      EXPECT_EQ(arm[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)], hits)
+          << phase << " " << cell;
+    }
+  }
+  SDL_Rect nose;
+  fighter_get_nose_rect(&nose, &boxer);
+  for (int cell = 0; cell < 2 * mask_columns; ++cell) {
+    const int column = cell % mask_columns, row = 4 + cell / mask_columns;
+    EXPECT_EQ(head_normal_left[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)],
+              holds(nose, column, arm_mask_rows + row))
+        << cell;
   }
 }

@@ -55,7 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     message message = {};
     check_tokens(text);
     if (message_read(text, &message)) check_rooms(text, message, now += 500, &rooms);
-    assert(ENDS(message.room_id) && ENDS(message.name) && ENDS(message.guest_name));
+    assert(ENDS(message.room_id) && ENDS(message.name) && ENDS(message.room.name) &&
+           ENDS(message.room.guest_name));
     std::free(text);
   }
   delete_list(&rooms);

@@ -4,8 +4,8 @@
 #include <regex>
 
 #include "app/application.h"
-#include "app/screen_table.h"
 #include "app/main_loop.h"
+#include "app/screen_table.h"
 #include "core/context.h"
 #include "core/window.h"
 #include "fight/game.h"

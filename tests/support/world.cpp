@@ -101,5 +101,4 @@ SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_C
   return fails("TTF_RenderUTF8_Solid") ? nullptr : __real_TTF_RenderUTF8_Solid(font, text, color);
 }
 
-
 }  // extern "C"
