@@ -54,6 +54,10 @@ bool join_group() {
                 "Setsockopt multicast loopback disable failed -");
 }
 
+bool bind_socket() {
+  return report(socket_bind(socket_in_out, bindAddr), "Bind() failed -");
+}
+
 // The address of a net_destination; null for a peer that is not there.
 const sockaddr_in *address_of(char destination) {
   if (destination == to_group) return &communicationAddr;
@@ -94,8 +98,9 @@ int net_init(int mode) {
   }
   communicationAddr = socket_address(inet_addr(netInfo.ip_address));
   bindAddr = socket_address(htonl(INADDR_ANY));
+  if (socket_joins_bound_only && !bind_socket()) return 0;
   if (mode == net_mode_multicast && !join_group()) return 0;
-  return report(socket_bind(socket_in_out, bindAddr), "Bind() failed -") ? 1 : 0;
+  return socket_joins_bound_only || bind_socket() ? 1 : 0;
 }
 
 int net_close() {

@@ -18,6 +18,7 @@
 using socket_handle = SOCKET;
 using socket_length = int;
 inline constexpr socket_handle socket_none = INVALID_SOCKET;
+inline constexpr bool socket_joins_bound_only = true;
 #else
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -26,6 +27,7 @@ inline constexpr socket_handle socket_none = INVALID_SOCKET;
 using socket_handle = int;
 using socket_length = socklen_t;
 inline constexpr socket_handle socket_none = -1;
+inline constexpr bool socket_joins_bound_only = false;  // a socket must be bound before it can join a group
 #endif
 
 // Sets of a readiness wait, and its answer.
@@ -45,8 +47,9 @@ int socket_close(socket_handle socket);
 
 // Sets an option that takes an int.
 bool socket_set_option(socket_handle socket, int level, int option, int value);
-// Joins a multicast group on any interface. Without a route to the group, which is to say without a network,
-// joins it on the loopback interface, so that the game starts offline too.
+// Joins a multicast group on any interface. Without a network, which Linux tells in one way, having no route
+// to the group, and Winsock in several, joins it on the loopback interface, so that the game starts offline
+// too.
 bool socket_join_group(socket_handle socket, in_addr group);
 // Binds the socket to a local address and port.
 bool socket_bind(socket_handle socket, const sockaddr_in &address);
