@@ -51,11 +51,17 @@ void follow_host(const message &message) {
   net_peer_heard(SDL_GetTicks());
 }
 
-void apply_announcement(const message &message, const char *text) {
+// A room is listed by the way it was heard first, also when the host is heard on several networks.
+void list_room(const message &message, const char *text) {
+  if (update_peer_heartbeat(SDL_GetTicks(), message.room_id, creatorList) == 1) return;
   char sender[16];
   copy_text(sender, net_get_sender_ip());
   update_peer_list(text, sender, message.room_id, &creatorList);
   update_peer_heartbeat(SDL_GetTicks(), message.room_id, creatorList);
+}
+
+void apply_announcement(const message &message, const char *text) {
+  list_room(message, text);
   if (room_matches(message)) follow_host(message);
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "net/net_socket.h"
+#include "net/networks.h"
 
 network_record netInfo;
 socket_handle socket_in_out = socket_none;
@@ -20,6 +21,7 @@ namespace {
 constexpr const char *group_address = "239.1.1.1";
 constexpr std::uint16_t game_port = 5555;
 constexpr std::int32_t default_fight_time = 120;  // s
+constexpr std::uint32_t look_period = 1000;       // ms between two looks for networks to listen on
 constexpr int pending_limit = 1000;  // datagrams, more than a socket queues; a flood is not waited out
 
 // Prints `line` and the error code of a step that has failed. Returns whether it was done.
@@ -47,22 +49,63 @@ sockaddr_in socket_address(std::uint32_t address) {
   return result;
 }
 
+// Joins the group on every interface that can do multicast; where the system has just joined by its own
+// choice, only if `routed_too`. One that fails does no harm, and most do, having joined before.
+void join_group_everywhere(bool routed_too) {
+  local_network found[network_limit];
+  for (const local_network &network : networks_find(communicationAddr.sin_addr.s_addr, found)) {
+    if (!network.multicast || (network.routed && !routed_too)) continue;
+    socket_join_group(socket_in_out, communicationAddr.sin_addr, network.address);
+  }
+}
+
 bool join_group() {
-  return report(socket_join_group(socket_in_out, communicationAddr.sin_addr),
-                "Setsockopt add multicast membership failed -") &&
-         report(socket_set_option(socket_in_out, IPPROTO_IP, IP_MULTICAST_LOOP, 0),
-                "Setsockopt multicast loopback disable failed -");
+  const bool joined = report(socket_join_group(socket_in_out, communicationAddr.sin_addr, INADDR_ANY),
+                             "Setsockopt add multicast membership failed -") &&
+                      report(socket_set_option(socket_in_out, IPPROTO_IP, IP_MULTICAST_LOOP, 0),
+                             "Setsockopt multicast loopback disable failed -");
+  if (joined) join_group_everywhere(false);
+  return joined;
 }
 
 bool bind_socket() {
   return report(socket_bind(socket_in_out, bindAddr), "Bind() failed -");
 }
 
-// The address of a net_destination; null for a peer that is not there.
-const sockaddr_in *address_of(char destination) {
-  if (destination == to_group) return &communicationAddr;
-  if (destination == to_sender) return &fromAddr;
-  return net_validate_ip4(netInfo.peer_ip) == 1 ? &toAddr : nullptr;
+// Whether the datagram went out whole.
+bool send_whole(const char *buffer, int count, const sockaddr_in &to) {
+  return socket_send(socket_in_out, buffer, count, to) == count;
+}
+
+// From now on the group is sent to from this own address, on its interface; by the system's choice with
+// INADDR_ANY.
+bool leave_from(std::uint32_t address) {
+  return socket_set_option(socket_in_out, IPPROTO_IP, IP_MULTICAST_IF, static_cast<int>(address));
+}
+
+// Looks for the networks each time, which is once a second, since they come and go while the game runs. It
+// does not matter that one fails while another takes the datagram. The system's choice is good enough when no
+// other network is to be reached.
+bool send_to_group(const char *buffer, int count) {
+  local_network found[network_limit];
+  const auto networks = networks_find(communicationAddr.sin_addr.s_addr, found);
+  const auto is_left_out = [](const local_network &network) { return network.announces && !network.routed; };
+  if (std::ranges::none_of(networks, is_left_out)) return send_whole(buffer, count, communicationAddr);
+  bool sent = false;
+  for (const local_network &network : networks) {
+    if (!network.announces) continue;
+    const bool taken = leave_from(network.address) && send_whole(buffer, count, communicationAddr);
+    sent = sent || taken;
+  }
+  leave_from(INADDR_ANY);
+  return sent;
+}
+
+// False also for a peer that is not there.
+bool send_to(char destination, const char *buffer, int count) {
+  if (destination == to_group) return send_to_group(buffer, count);
+  if (destination == to_sender) return send_whole(buffer, count, fromAddr);
+  return net_validate_ip4(netInfo.peer_ip) == 1 && send_whole(buffer, count, toAddr);
 }
 
 bool is_destination(char code) {
@@ -103,6 +146,13 @@ int net_init(int mode) {
   return socket_joins_bound_only || bind_socket() ? 1 : 0;
 }
 
+void net_listen_everywhere(std::uint32_t now) {
+  static std::uint32_t looked = 0;
+  if (now - looked < look_period) return;
+  looked = now;
+  join_group_everywhere(true);
+}
+
 int net_close() {
   const int result = socket_close(socket_in_out);
   socket_in_out = socket_none;
@@ -137,9 +187,7 @@ int net_send_udp_abstract(char destination, const char *buffer, int count) {
     std::puts("Unknown IP version");
     return 0;
   }
-  const sockaddr_in *address = address_of(destination);
-  const bool sent = address != nullptr && socket_send(socket_in_out, buffer, count, *address) == count;
-  if (!report(sent, "Error in sending data -")) return 0;
+  if (!report(send_to(destination, buffer, count), "Error in sending data -")) return 0;
   ++netInfo.sent_msg_number;
   return 1;
 }

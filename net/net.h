@@ -1,8 +1,9 @@
 #pragma once
 
 // LAN transport: one IPv4 UDP socket on port 5555, joined to the group 239.1.1.1, and the record of this
-// machine's network role and its pairing. Rooms are announced to the group; everything else goes to the one
-// peer. The socket blocks: ask net_check_descriptor before net_receive_udp.
+// machine's network role and its pairing. Rooms are announced to the group, on every network that this
+// machine is on; everything else goes to the one peer. The socket blocks: ask net_check_descriptor before
+// net_receive_udp.
 //
 // A socket failure is printed as one line with the platform's error code, and nothing is retried: a lost
 // datagram is made good by the next one.
@@ -61,6 +62,9 @@ bool net_start_library();
 // Sets the record to its defaults, opens the socket, configures and binds it; net_mode_multicast joins the
 // group. 1, or 0 after printing the step that failed; net_close then closes what was opened.
 int net_init(int mode);
+// Joins the group also on the networks that have come since, a cable's or a VPN's; at tick `now` (ms),
+// looking at most once a second. To be called while rooms are listened for.
+void net_listen_everywhere(std::uint32_t now);
 // Closes the socket. Returns what the platform says, 0 on success.
 int net_close();
 
@@ -73,7 +77,8 @@ void net_reset_peer_info();
 void net_clear_room_id();
 
 // Sends `count` bytes to a net_destination. 1 when all of them went out, which adds 1 to sent_msg_number;
-// otherwise prints a line and returns 0.
+// otherwise prints a line and returns 0. To the group they go on every network from which a guest can join;
+// that is one send, and done when one of the networks takes them.
 int net_send_udp_abstract(char destination, const char *buffer, int count);
 // Zero-fills `size` bytes of the buffer and receives one datagram into them, cut to datagram_size bytes, so
 // that a receive_buffer_size buffer always holds a text. Returns the bytes received; after a failure prints a

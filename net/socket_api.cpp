@@ -2,7 +2,10 @@
 
 #ifdef _WIN32
 #include <mswsock.h>
+// Needs Winsock's headers before it.
+#include <iphlpapi.h>
 #else
+#include <ifaddrs.h>
 #include <net/if.h>
 #include <sys/select.h>
 #include <unistd.h>
@@ -18,6 +21,17 @@ bool set_option(socket_handle socket, int level, int option, const option_value 
   return setsockopt(socket, level, option, reinterpret_cast<const char *>(&value), sizeof value) == 0;
 }
 
+bool join(socket_handle socket, in_addr group, std::uint32_t address) {
+  ip_mreq request = {};
+  request.imr_multiaddr = group;
+  request.imr_interface.s_addr = address;
+  return set_option(socket, IPPROTO_IP, IP_ADD_MEMBERSHIP, request);
+}
+
+std::uint32_t address_in(const sockaddr *address) {
+  return address == nullptr ? 0 : reinterpret_cast<const sockaddr_in *>(address)->sin_addr.s_addr;
+}
+
 }  // namespace
 
 #ifdef _WIN32
@@ -25,6 +39,7 @@ bool set_option(socket_handle socket, int level, int option, const option_value 
 namespace {
 
 using byte_count = int;
+constexpr ULONG adapters_size = 65536;  // bytes, enough for more adapters than there are
 
 // By itself Winsock fails a receive after a datagram of ours has met a closed port. Here silence alone tells
 // that a peer is gone.
@@ -40,10 +55,18 @@ bool without_network(int) {
 }
 
 bool join_on_loopback(socket_handle socket, in_addr group) {
-  ip_mreq request = {};
-  request.imr_multiaddr = group;
-  request.imr_interface.s_addr = htonl(INADDR_LOOPBACK);
-  return set_option(socket, IPPROTO_IP, IP_ADD_MEMBERSHIP, request);
+  return join(socket, group, htonl(INADDR_LOOPBACK));
+}
+
+bool is_usable(const IP_ADAPTER_ADDRESSES &adapter) {
+  return adapter.OperStatus == IfOperStatusUp && adapter.IfType != IF_TYPE_SOFTWARE_LOOPBACK;
+}
+
+socket_interface describe(const IP_ADAPTER_ADDRESSES &adapter, const IP_ADAPTER_UNICAST_ADDRESS &one) {
+  ULONG mask = 0;
+  ConvertLengthToIpv4Mask(one.OnLinkPrefixLength, &mask);
+  const bool multicast = (adapter.Flags & IP_ADAPTER_NO_MULTICAST) == 0;
+  return {address_in(one.Address.lpSockaddr), mask, 0, adapter.IfIndex, multicast};
 }
 
 int receive(socket_handle socket, char *bytes, int most, int flags, sockaddr_in *from,
@@ -79,6 +102,24 @@ int socket_close(socket_handle socket) {
   return closesocket(socket);
 }
 
+int socket_interfaces(socket_interface *list, int most) {
+  alignas(IP_ADAPTER_ADDRESSES) static char adapters[adapters_size];
+  const auto *adapter = reinterpret_cast<IP_ADAPTER_ADDRESSES *>(adapters);
+  ULONG size = adapters_size;
+  if (GetAdaptersAddresses(AF_INET, GAA_FLAG_SKIP_DNS_SERVER, nullptr,
+                           reinterpret_cast<IP_ADAPTER_ADDRESSES *>(adapters), &size) != NO_ERROR) {
+    return 0;
+  }
+  int count = 0;
+  for (; adapter != nullptr; adapter = adapter->Next) {
+    if (!is_usable(*adapter)) continue;
+    for (const auto *one = adapter->FirstUnicastAddress; one != nullptr && count < most; one = one->Next) {
+      list[count++] = describe(*adapter, *one);
+    }
+  }
+  return count;
+}
+
 #else
 
 namespace {
@@ -102,6 +143,17 @@ int receive(socket_handle socket, char *bytes, int most, int flags, sockaddr_in 
             socket_length *length) {
   return static_cast<int>(recvfrom(socket, bytes, static_cast<byte_count>(most), flags,
                                    reinterpret_cast<sockaddr *>(from), length));
+}
+
+bool is_usable(const ifaddrs &one) {
+  const bool ip4 = one.ifa_addr != nullptr && one.ifa_addr->sa_family == AF_INET;
+  return ip4 && (one.ifa_flags & IFF_UP) != 0 && (one.ifa_flags & IFF_LOOPBACK) == 0;
+}
+
+socket_interface describe(const ifaddrs &one) {
+  const bool line = (one.ifa_flags & IFF_POINTOPOINT) != 0;
+  return {address_in(one.ifa_addr), address_in(one.ifa_netmask), line ? address_in(one.ifa_dstaddr) : 0,
+          if_nametoindex(one.ifa_name), (one.ifa_flags & IFF_MULTICAST) != 0};
 }
 
 // A set is an array of bits: a handle outside of it must not be put in.
@@ -129,18 +181,40 @@ int socket_close(socket_handle socket) {
   return close(socket);
 }
 
+int socket_interfaces(socket_interface *list, int most) {
+  ifaddrs *all = nullptr;
+  if (getifaddrs(&all) != 0) return 0;
+  int count = 0;
+  for (const ifaddrs *one = all; one != nullptr && count < most; one = one->ifa_next) {
+    if (is_usable(*one)) list[count++] = describe(*one);
+  }
+  freeifaddrs(all);
+  return count;
+}
+
 #endif
 
 bool socket_set_option(socket_handle socket, int level, int option, int value) {
   return set_option(socket, level, option, value);
 }
 
-bool socket_join_group(socket_handle socket, in_addr group) {
-  ip_mreq request = {};
-  request.imr_multiaddr = group;
-  request.imr_interface.s_addr = htonl(INADDR_ANY);
-  if (set_option(socket, IPPROTO_IP, IP_ADD_MEMBERSHIP, request)) return true;
-  return without_network(socket_last_error()) && join_on_loopback(socket, group);
+bool socket_join_group(socket_handle socket, in_addr group, std::uint32_t address) {
+  if (join(socket, group, address)) return true;
+  return address == INADDR_ANY && without_network(socket_last_error()) && join_on_loopback(socket, group);
+}
+
+// A UDP socket that is connected has asked for the way, and nothing else has happened.
+std::uint32_t socket_source(std::uint32_t to) {
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = to;
+  address.sin_port = htons(1);  // any but 0
+  const socket_handle asking = socket_open();
+  socket_length length = sizeof address;
+  sockaddr *ends = reinterpret_cast<sockaddr *>(&address);
+  const bool answered = connect(asking, ends, length) == 0 && getsockname(asking, ends, &length) == 0;
+  socket_close(asking);
+  return answered ? address.sin_addr.s_addr : 0;
 }
 
 bool socket_bind(socket_handle socket, const sockaddr_in &address) {
@@ -157,9 +231,9 @@ int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *fro
 }
 
 bool socket_peek(socket_handle socket, sockaddr_in *from) {
-  char byte = 0;
+  char start = 0;
   socket_length length = sizeof *from;
-  return receive(socket, &byte, sizeof byte, MSG_PEEK, from, &length) >= 0;
+  return receive(socket, &start, sizeof start, MSG_PEEK, from, &length) >= 0;
 }
 
 int socket_wait(socket_handle socket, int sets, int seconds, int microseconds) {

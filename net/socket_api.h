@@ -30,10 +30,21 @@ inline constexpr socket_handle socket_none = -1;
 inline constexpr bool socket_joins_bound_only = false;  // a socket must be bound before it can join a group
 #endif
 
+#include <cstdint>
+
 // Sets of a readiness wait, and its answer.
 enum socket_sets : int {
   socket_readable = 1,
   socket_writable = 2,
+};
+
+// One IPv4 address of an interface; addresses are in network byte order.
+struct socket_interface {
+  std::uint32_t address;
+  std::uint32_t mask;     // of its network
+  std::uint32_t far_end;  // of a line between two points, else 0; may be the address itself
+  unsigned number;        // the interface's, not 0
+  bool multicast;         // the interface can do multicast
 };
 
 // Starts the socket library where there is one to start (Winsock, version 2.2). False when it does not start.
@@ -45,14 +56,21 @@ socket_handle socket_open();
 // Closes the socket. Returns what the platform says: 0, or -1 on failure.
 int socket_close(socket_handle socket);
 
-// Sets an option that takes an int.
+// Sets an option that takes an int, or an address in network byte order in its place.
 bool socket_set_option(socket_handle socket, int level, int option, int value);
-// Joins a multicast group on any interface. Without a network, which Linux tells in one way, having no route
-// to the group, and Winsock in several, joins it on the loopback interface, so that the game starts offline
-// too.
-bool socket_join_group(socket_handle socket, in_addr group);
+// Joins a multicast group on the interface with this address (network byte order), where it fails if it has
+// joined already; with INADDR_ANY on the one that the system chooses. Where none can be chosen, which Linux
+// says in one way, having no route to the group, and Winsock in several, it is the loopback interface, so
+// that the game starts without a network too.
+bool socket_join_group(socket_handle socket, in_addr group, std::uint32_t address);
 // Binds the socket to a local address and port.
 bool socket_bind(socket_handle socket, const sockaddr_in &address);
+
+// Lists the addresses of all interfaces that are up, except for loopback, `most` of them at most. Returns how
+// many; 0 also on failure.
+int socket_interfaces(socket_interface *list, int most);
+// The own address that the system would send from to this one; 0 when it knows no way. Sends nothing.
+std::uint32_t socket_source(std::uint32_t to);
 
 // Sends one datagram. Returns the bytes sent, or -1.
 int socket_send(socket_handle socket, const char *bytes, int count, const sockaddr_in &to);

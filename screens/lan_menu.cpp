@@ -362,6 +362,7 @@ void update_joined_room(lan_menu_state *lobby, int ready) {
 void update_page(lan_menu_state *lobby, int ready) {
   switch (lobby->mode) {
     case page_room_list:
+      net_listen_everywhere(SDL_GetTicks());
       receive_one(ready);
       break;
     case page_host_room:

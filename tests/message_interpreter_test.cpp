@@ -118,7 +118,7 @@ TEST_F(received, announcement_and_first_guest_are_taken_over) {
     std::uint8_t hosting;
     const char *message,
         *pairing;  // who, room, guest, time, colours, heartbeat, next screen; rooms' heartbeats
-  } cases[] = {{0, "a Rb4kT8mA Eve Bo 75 1 9", "Bob Eve 127.0.0.1 Rb4kT8mA 0 75 12 7000 0, 0 7000"},
+  } cases[] = {{0, "!a Rb4kT8mA Eve Bo 75 1 9", "Bob Eve 127.0.0.1 Rb4kT8mA 0 75 12 7000 0, 0 7000"},
                {0, "a Rb4kT8mA Eve Bo 75 2 1", "Bob Eve 127.0.0.1 Rb4kT8mA 0 75 21 7000 0, 0 7000"},
                {0, "c Rb4kT8mA 2 1", "Bob Ada 127.0.0.1 Rb4kT8mA 0 120 21 7000 2, 0 0"},
                {1, "!b Other123 Cid", "Bob Cid 10.0.0.7 Rb4kT8mA 1 120 12 7000 0, 0 0"},

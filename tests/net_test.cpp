@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "tests/support/stage.h"
 #include "tests/support/udp_link.h"
@@ -23,6 +24,8 @@ struct set_up_record {
   int error = 0;               // their error code
   int calls = 0;
   std::string asked = {};
+  std::vector<socket_interface> interfaces = {};
+  const char *route = "0.0.0.0";  // the own address on the way to anywhere else
 } set_up;
 
 std::string dotted(const sockaddr_in &address) {
@@ -49,6 +52,7 @@ int answer(const std::string &asked) {
 }
 
 std::string value_of(int option, const void *value) {
+  if (option == IP_MULTICAST_IF) return inet_ntoa(*static_cast<const in_addr *>(value));
   if (option != IP_ADD_MEMBERSHIP) return std::to_string(*static_cast<const int *>(value));
   const ip_mreq *request = static_cast<const ip_mreq *>(value);
   const std::string group = inet_ntoa(request->imr_multiaddr);
@@ -65,6 +69,7 @@ int __wrap_setsockopt(int socket, int level, int option, const void *value, sock
   const bool on_ip = level == IPPROTO_IP;
   const std::string name = on_ip && option == IP_ADD_MEMBERSHIP   ? "join"
                            : on_ip && option == IP_MULTICAST_LOOP ? "loop"
+                           : on_ip && option == IP_MULTICAST_IF   ? "from"
                            : !on_ip && option == SO_REUSEADDR     ? "reuse"
                            : !on_ip && option == SO_BROADCAST     ? "broadcast"
                                                                   : "unknown";
@@ -75,6 +80,21 @@ int __real_bind(int socket, const sockaddr *address, socklen_t size);
 int __wrap_bind(int socket, const sockaddr *address, socklen_t size) {
   if (!set_up.recording) return __real_bind(socket, address, size);
   return answer(std::string("bind=") + dotted(*reinterpret_cast<const sockaddr_in *>(address)));
+}
+
+// Wrapped by their linker's names, so a change of theirs must not pass unseen.
+static_assert(std::is_same_v<decltype(socket_interfaces), int(socket_interface *, int)>);
+static_assert(std::is_same_v<decltype(socket_source), std::uint32_t(std::uint32_t)>);
+int __wrap__Z17socket_interfacesP16socket_interfacei(socket_interface *list, int) {
+  return static_cast<int>(std::ranges::copy(set_up.interfaces, list).out - list);
+}
+
+std::uint32_t __wrap__Z13socket_sourcej(std::uint32_t to) {
+  for (const auto &own : set_up.interfaces)
+    if (own.address == to) return to;
+  for (const auto &own : set_up.interfaces)
+    if (own.far_end == to || ((own.address ^ to) & own.mask) == 0) return own.address;
+  return inet_addr(set_up.route);
 }
 }
 
@@ -102,6 +122,39 @@ TEST(net, sets_itself_up_step_by_step) {
     EXPECT_EQ(net_close(), 0);
   }
   EXPECT_EQ(dotted(communicationAddr), "239.1.1.1:5555");
+  set_up = {};
+}
+
+TEST(net, reaches_the_group_on_every_network) {
+  const auto on = [](unsigned number, const char *address, bool multicast = true) {
+    return socket_interface{inet_addr(address), inet_addr("255.255.255.0"), 0, number, multicast};
+  };
+  const auto cable = on(1, "10.1.0.2"), alias = on(1, "10.2.0.2"), same = on(2, "10.1.0.3"),
+             radio = on(2, "10.2.0.2"), no_group = on(2, "10.2.0.2", false);
+  const socket_interface line = {inet_addr("10.8.0.6"), ~0u, inet_addr("10.8.0.5"), 3, true};
+  const struct {
+    std::vector<socket_interface> interfaces;
+    const char *route;
+    std::set<int> failing;
+    std::string joined, from;  // beside the steps of every set-up
+  } cases[] = {{{alias, cable}, "10.1.0.2", {}, "@10.2.0.2 ", ""},
+               {{cable}, "0.0.0.0", {}, "@10.1.0.2 ", "from=10.1.0.2 "},
+               {{cable, same}, "10.1.0.3", {}, "@10.1.0.2 ", "from=10.1.0.2 "},
+               {{cable, line}, "10.1.0.2", {}, "@10.8.0.6 ", "from=10.1.0.2 from=10.8.0.6 "},
+               {{cable, radio}, "10.2.0.2", {5, 8}, "@10.1.0.2 ", "from=10.1.0.2 from=10.2.0.2 "},
+               {{cable, no_group}, "10.2.0.2", {}, "@10.1.0.2 ", "from=10.1.0.2 from=10.2.0.2 "},
+               {{no_group}, "0.0.0.0", {}, "", ""}};
+  for (const auto &[interfaces, route, failing, joined, from] : cases) {
+    set_up = {.recording = true, .failing = failing, .interfaces = interfaces, .route = route};
+    EXPECT_EQ(output_of([] { net_init(2); }), "");
+    communicationAddr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(output_of([] { EXPECT_EQ(net_send_udp_abstract('a', "x", 1), 1); }), "");
+    EXPECT_EQ(netInfo.sent_msg_number, 1u);
+    EXPECT_EQ(set_up.asked.substr(50), (joined.empty() ? "" : "join=239.1.1.1" + joined) +
+                                           "bind=0.0.0.0:5555 " + from +
+                                           (from.empty() ? "" : "from=0.0.0.0 "));
+    net_close();
+  }
   set_up = {};
 }
 

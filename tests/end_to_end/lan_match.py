@@ -1,7 +1,8 @@
 """Plays LAN matches with the real program on two machines of a small network, each with its own display, by real
 keys: names, a room, colours and time, ways out of a room, a fight, pauses, a pulled cable, a machine that stops and
-one that dies. Both pictures must agree, and every datagram must be well-formed and go where it belongs. Ends with
-status 0 when all was as it should be, with 77 where no network can be made. Leaves pictures in build/end_to_end/.
+one that dies. Both pictures must agree, and every datagram must be well-formed and go where it belongs. Before that,
+rooms are joined between machines with two network cards. Ends with status 0 when all was as it should be, with 77
+where no network can be made. Leaves pictures in build/end_to_end/.
 
     lan_match.py [program]"""
 
@@ -19,8 +20,9 @@ from game_pages import (CORNERS, check, check_end, choose, pause, pick_pause_ite
                         wait_for_match)
 from game_screens import (BIG, BLACK, DARK, FRAME, PLAYER_1, RED, WHITE, clock, land_punch, places, score,  # noqa: E402
                           shows)
-from lan_games import (NAMES, create_room, enter_lobby, go_to_row, has_empty_room, has_name_entry, has_text,  # noqa: E402
-                       join_room, meet, open_room_list, run, running_game, same_picture, tokens)
+from lan_games import (NAMES, create_room, enter_lobbies, enter_lobby, go_to_row, has_empty_room,  # noqa: E402
+                       has_name_entry, has_text, join_room, marks_first_room, meet, open_room_list, run, running_game,
+                       same_picture, tokens)
 from network_lab import GAME_PORT  # noqa: E402
 
 GROUP = "239.1.1.1"
@@ -76,6 +78,10 @@ def set_up(play):
         save_picture(getattr(play, name).screenshot(), f"lan_room_of_{name}")
 
 
+def has_no_rooms(guest):
+    guest.wait_until("an empty list", lambda picture: len(picture.crop((160, 192, 640, 640)).getcolors()) == 1)
+
+
 def part_and_return(play):
     """The host kicks, the guest leaves, the host closes the room and opens another."""
     go_to_row(play.host, 3)
@@ -87,7 +93,7 @@ def part_and_return(play):
         join_room(play, play.first_room)
     play.host.press("Escape")
     has_name_entry(play.host, NAMES["host"])
-    play.guest.wait_until("an empty list", lambda picture: len(picture.crop((160, 192, 640, 640)).getcolors()) == 1)
+    has_no_rooms(play.guest)
     play.room = create_room(play, "Return")
     join_room(play, play.room)
 
@@ -201,9 +207,51 @@ def quit_match(play):
     check_end(play.guest)
 
 
+# Two network cards
+
+def join_over(play, routed, *addresses, keys=("Return",)):
+    """A room is announced from these addresses alone, whichever card the group's route leads over, and is listed once;
+    host and guest hear each other. The keys go to "Create" and to "Kick", where the cursors stay."""
+    for name in NAMES:
+        play.lab.route_group(name, routed)
+    start = time.time()
+    room = create_room(play, *keys)
+    has_text(play.guest, f"{NAMES['host']} ({room})", 256)
+    expected = sorted(2 * addresses)
+    wait_until("another announcement", lambda: len(play.lab.sent("a", start)) >= len(expected))
+    sources = sorted(one.source[0] for one in play.lab.sent("a", start)[:len(expected)])
+    check(f"announcements come from {expected}, not {sources}", sources == expected)
+    check("one room is listed", len(play.guest.screenshot().crop((160, 320, 640, 640)).getcolors()) == 1)
+    play.guest.press("Down")
+    play.guest.wait_until("the cursor on row 1", marks_first_room)
+    play.guest.press("Return")
+    has_text(play.host, "Start Game", 480)
+    play.host.press(*keys)
+    has_text(play.guest, "ROOMS", 128)
+    play.host.press("Escape")
+    has_no_rooms(play.guest)
+
+
+def join_over_two_cards(play):
+    """The second comes while the game runs, into a network of its own; one host's cable is pulled; both cards are in
+    one network."""
+    enter_lobbies(play)
+    for name in NAMES:
+        play.lab.add_card(name, 1)
+    join_over(play, 0, "10.55.0.1", "10.56.1.1", keys=("Up", "Return"))
+    for pulled, address in ((0, "10.56.1.1"), (1, "10.55.0.1")):
+        play.lab.pull_cable("host", pulled)
+        join_over(play, pulled, address)
+        play.lab.plug_cable("host", pulled)
+    for name in NAMES:
+        play.lab.connect(name, 1, network=0)
+    join_over(play, 1, "10.55.0.1")
+
+
 STEPS = (meet, set_up, part_and_return, lose_guest_in_room, fight, pause_on_each_side, pull_cable_and_stop,
          lose_guest_in_match, quit_match, check_envelopes)
 
 
 if __name__ == "__main__":
+    run([join_over_two_cards])
     run(STEPS)

@@ -24,6 +24,7 @@
 #include "net/message_reader.h"
 #include "net/net.h"
 #include "net/net_socket.h"
+#include "net/networks.h"
 #include "net/peer_list.h"
 
 #define ENDS(text) (std::memchr(text, 0, sizeof(text)) != nullptr)
@@ -181,8 +182,11 @@ int socket_close(socket_handle) {
 bool socket_set_option(socket_handle, int, int, int) {
   return true;
 }
-bool socket_join_group(socket_handle, in_addr) {
+bool socket_join_group(socket_handle, in_addr, std::uint32_t) {
   return true;
+}
+std::span<const local_network> networks_find(std::uint32_t, local_network (&)[network_limit]) {
+  return {};
 }
 bool socket_bind(socket_handle, const sockaddr_in &) {
   return true;

@@ -127,11 +127,15 @@ def same_picture(play, truth=places):
     return wait_until("the same picture on both machines", same)
 
 
-def meet(play):
-    """The room shows on the other machine within two seconds."""
+def enter_lobbies(play):
     enter_lobby(play.guest, NAMES["guest"])
     open_room_list(play.guest)
     enter_lobby(play.host, NAMES["host"])
+
+
+def meet(play):
+    """The room shows on the other machine within two seconds."""
+    enter_lobbies(play)
     start = time.time()
     play.first_room = create_room(play, "Up", "Return")
     has_text(play.guest, f"{NAMES['host']} ({play.first_room})", 256)

@@ -1,9 +1,10 @@
 """A small network inside this machine: computers that know only each other, joined by one switch, and a capture of
 what they send to the game's port.
 
-Every computer is a network namespace of its own, and the switch is a bridge in one more. None has a name outside
-this process and no existing interface is touched; all is gone when the process ends, however it ends. Needs
-iproute2 and either root or a kernel that grants namespaces to every user."""
+Every computer is a network namespace of its own, and the switch is a bridge in one more, beside that of a second
+network for further cards. None has a name outside this process and no existing interface is touched; all is gone
+when the process ends, however it ends. Needs iproute2 and either root or a kernel that grants namespaces to every
+user."""
 
 import ctypes
 import os
@@ -98,42 +99,54 @@ class Lab:
             if os.geteuid() != 0:
                 become_root_of_own()
             self._switch = Machine()
-            self._switch.ip("link add switch type bridge mcast_snooping 0", "link set switch up")
-            self._machines = {name: self._plug_in(name, f"10.55.0.{number}")
-                              for number, name in enumerate((*watched, *others), 1)}
-            with self._switch.entered():
-                ports = {open_capture(f"port-{name}"): name for name in watched}
+            self._switch.ip(*[f"link add switch{network} up type bridge mcast_snooping 0" for network in (0, 1)])
+            self._machines = {name: Machine(f"10.55.0.{number}") for number, name in enumerate((*watched, *others), 1)}
+            self._watched, self._ports = watched, {}
+            for name in self._machines:
+                self.add_card(name, 0)
+                self.route_group(name, 0)
         except OSError as error:
             raise Unavailable(f"network namespaces cannot be used here: {error}") from None
-        threading.Thread(target=self._watch, args=[ports], daemon=True).start()
+        threading.Thread(target=self._watch, daemon=True).start()
 
-    def _plug_in(self, name, address):
-        machine = Machine(address)
-        self._switch.ip(f"link add port-{name} type veth peer name veth0 netns {machine.path}",
-                        f"link set port-{name} master switch up")
-        machine.ip("link set lo up", f"address add {address}/24 dev veth0", "link set veth0 up",
-                   "route add 239.0.0.0/8 dev veth0")  # without which no group can be joined
-        return machine
+    def add_card(self, name, card):
+        """The machine's next card, in the network of the same number."""
+        self._switch.ip(f"link add port{card}-{name} up type veth peer name veth{card} netns {self[name].path}")
+        self[name].ip("link set lo up", f"link set veth{card} up")
+        self.connect(name, card, card)
+        if name in self._watched:
+            with self._switch.entered():
+                self._ports[open_capture(f"port{card}-{name}")] = name
+
+    def connect(self, name, card, network):
+        """Moves a card to the switch of a network and gives it its address there."""
+        address = f"10.{55 + network}.{card}.{self[name].address.split('.')[3]}"
+        self._switch.ip(f"link set port{card}-{name} master switch{network}")
+        self[name].ip(f"address flush dev veth{card}", f"address add {address}/16 dev veth{card}")
+
+    def route_group(self, name, card):
+        """Without a route the system chooses no card for the group."""
+        self[name].ip(f"route replace 239.0.0.0/8 dev veth{card}")
 
     def __getitem__(self, name):
         return self._machines[name]
 
-    def pull_cable(self, name):
+    def pull_cable(self, name, card=0):
         """At the switch, so that the machine keeps its address and its routes."""
-        self._switch.ip(f"link set port-{name} down")
+        self._switch.ip(f"link set port{card}-{name} down")
 
-    def plug_cable(self, name):
-        self._switch.ip(f"link set port-{name} up")
+    def plug_cable(self, name, card=0):
+        self._switch.ip(f"link set port{card}-{name} up")
 
     def sent(self, letter, since=0.0):
         """The datagrams that begin with this letter, in their order, from a time on."""
         return [one for one in list(self.datagrams) if one.time >= since and one.payload[:1] == letter.encode()]
 
-    def _watch(self, ports):
+    def _watch(self):
         while True:
-            for port in select.select(ports, [], [])[0]:
+            for port in select.select(list(self._ports), [], [], 0.1)[0]:  # a card may have been added
                 try:
-                    datagram = read_datagram(port, ports[port])
+                    datagram = read_datagram(port, self._ports[port])
                 except OSError:  # once, when the cable is pulled
                     continue
                 if datagram:
