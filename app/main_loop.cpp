@@ -2,11 +2,11 @@
 
 #include <SDL.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "app/screen_table.h"
 #include "core/context.h"
+#include "core/say.h"
 #include "core/state_machine.h"
 #include "core/timer.h"
 #include "core/window.h"
@@ -18,13 +18,13 @@ namespace {
 template <typename record>
 bool allocate(record **destination, const char *failure_line) {
   *destination = static_cast<record *>(std::calloc(1, sizeof(record)));
-  if (*destination == nullptr) std::puts(failure_line);
+  if (*destination == nullptr) say("%s\n", failure_line);
   return *destination != nullptr;
 }
 
 bool open_network() {
   if (net_init(net_mode_multicast) == 0) {
-    std::puts("Could not initiate networking stack.");
+    say("Could not initiate networking stack.\n");
     return false;
   }
   context.net_info = &netInfo;

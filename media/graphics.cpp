@@ -1,9 +1,9 @@
 #include "media/graphics.h"
 
-#include <cstdio>
 #include <initializer_list>
 
 #include "core/context.h"
+#include "core/say.h"
 
 TTF_Font *gFont = nullptr;
 TTF_Font *gFontBigger = nullptr;
@@ -37,14 +37,14 @@ constexpr image images[] = {
 bool open_font(TTF_Font **font, int points, const char *size_name) {
   *font = TTF_OpenFont(font_path, points);
   if (*font == nullptr) {
-    std::printf("Failed to load %s font! SDL_ttf Error: %s\n", size_name, SDL_GetError());
+    say("Failed to load %s font! SDL_ttf Error: %s\n", size_name, SDL_GetError());
   }
   return *font != nullptr;
 }
 
 bool load_image(const image &image) {
   texture_load(image.path, image.destination, 0, 0);
-  if (image.destination->handle == nullptr) std::puts(image.failure_line);
+  if (image.destination->handle == nullptr) say("%s\n", image.failure_line);
   return image.destination->handle != nullptr;
 }
 

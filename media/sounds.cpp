@@ -1,9 +1,9 @@
 #include "media/sounds.h"
 
-#include <cstdio>
 #include <initializer_list>
 
 #include "core/context.h"
+#include "core/say.h"
 
 Mix_Chunk *gPunchHit = nullptr;
 Mix_Chunk *gPunch = nullptr;
@@ -14,7 +14,7 @@ namespace {
 Mix_Chunk *load_chunk(const char *path) {
   Mix_Chunk *chunk = Mix_LoadWAV_RW(SDL_RWFromFile(path, "rb"), 1);
   // This line alone ends without a line break.
-  if (chunk == nullptr) std::printf("Failed to load sound chunk! SDL_mixer Error: %s", SDL_GetError());
+  if (chunk == nullptr) say("Failed to load sound chunk! SDL_mixer Error: %s", SDL_GetError());
   return chunk;
 }
 

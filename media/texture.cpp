@@ -2,22 +2,22 @@
 
 #include <SDL_image.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "core/allocation.h"
+#include "core/say.h"
 #include "core/window.h"
 
 void texture_load(const char *path, texture *texture, int width, int height) {
   texture->handle = nullptr;
   SDL_Surface *surface = IMG_Load(path);
   if (surface == nullptr) {
-    std::printf("Unable to load image %s! SDL_image Error: %s\n", path, SDL_GetError());
+    say("Unable to load image %s! SDL_image Error: %s\n", path, SDL_GetError());
     return;
   }
   texture->handle = SDL_CreateTextureFromSurface(gRenderer, surface);
   if (texture->handle == nullptr) {
-    std::printf("Unable to create texture from %s! SDL Error: %s\n", path, SDL_GetError());
+    say("Unable to create texture from %s! SDL Error: %s\n", path, SDL_GetError());
   } else {
     texture->width = width == 0 ? surface->w : width;
     texture->height = height == 0 ? surface->h : height;
@@ -30,12 +30,12 @@ void texture_load_from_rendered_text(const char *text, texture *texture, TTF_Fon
   SDL_Surface *surface = TTF_RenderUTF8_Solid(font, text, color);
   if (surface == nullptr) {
     // Spelt so; the line is known.
-    std::printf("Unable to render text suraface! SDL_ttf Error: %s\n", SDL_GetError());
+    say("Unable to render text suraface! SDL_ttf Error: %s\n", SDL_GetError());
     return;
   }
   texture->handle = SDL_CreateTextureFromSurface(gRenderer, surface);
   if (texture->handle == nullptr) {
-    std::printf("Unable to create texture from rendered text! SDL Error: %s\n", SDL_GetError());
+    say("Unable to create texture from rendered text! SDL Error: %s\n", SDL_GetError());
   } else {
     texture->width = surface->w;
     texture->height = surface->h;
@@ -47,7 +47,7 @@ void texture_replace_text(const char *text, texture *texture, TTF_Font *font, SD
                           const char *failure_line) {
   texture_unload(texture);
   texture_load_from_rendered_text(text, texture, font, color);
-  if (texture->handle == nullptr && failure_line != nullptr) std::puts(failure_line);
+  if (texture->handle == nullptr && failure_line != nullptr) say("%s\n", failure_line);
 }
 
 void texture_render(const texture *texture, int x, int y, const SDL_Rect *source, const SDL_Rect *size) {

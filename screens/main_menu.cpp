@@ -8,6 +8,7 @@
 #include "core/context.h"
 #include "core/state_machine.h"
 #include "core/utility.h"
+#include "core/version.h"
 #include "core/window.h"
 #include "media/graphics.h"
 #include "media/layout.h"
@@ -16,8 +17,6 @@
 
 namespace {
 
-constexpr int version_major = 1;
-constexpr int version_minor = 0;
 constexpr SDL_Color title_shadow_color = {0, 59, 30, 155};
 
 // The four title textures in drawing order, so that each word covers its shadow.
@@ -59,7 +58,7 @@ void load_title(main_menu_screen *menu) {
 
 void load_version(main_menu_screen *menu) {
   char text[32];
-  std::snprintf(text, sizeof text, "Version: %d.%d", version_major, version_minor);
+  std::snprintf(text, sizeof text, "Version: %s", menu_version);
   menu->version = texture_create();
   texture_replace_text(text, menu->version, gFontSmaller, text_color_dark,
                        "Unable to load texture from text!");

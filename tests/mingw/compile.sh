@@ -12,4 +12,4 @@ if ! command -v "$compiler" >/dev/null; then
 fi
 printf '%s\0' $(tools/check_floors.py --list | sed "s|$|/*.cpp|") | xargs -0 -n 4 -P "$(nproc)" \
   "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -fsyntax-only \
-  -I. -isystem tests/mingw -isystem /usr/include/SDL2
+  -DPUGNADO_VERSION='""' -DPUGNADO_MENU_VERSION='""' -I. -isystem tests/mingw -isystem /usr/include/SDL2

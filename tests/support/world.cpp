@@ -95,6 +95,11 @@ int __wrap_Mix_PlayChannel(int channel, Mix_Chunk *chunk, int loops) {
   return 0;
 }
 
+int __wrap_SDL_ShowSimpleMessageBox(Uint32, const char *, const char *message, SDL_Window *) {
+  world.box += message;
+  return 0;
+}
+
 SDL_Surface *__real_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color);
 SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color) {
   world.texts += std::string(text) + "|";

@@ -26,6 +26,7 @@ struct world_record {
   std::string calls;                   // the wrapped functions that succeeded and a blank after each
   int textures = 0;                    // made and not yet destroyed
   std::string sounds;                  // "hit ", "miss ", "bell " as they were played
+  std::string box;                     // what the message boxes said
   std::string texts;                   // every rendered text and a bar
 };
 extern world_record world;

@@ -1,0 +1,6 @@
+#pragma once
+
+// The version, as CMakeLists.txt names it for everything that shows one.
+
+extern const char *const program_version;  // "1.0.1"
+extern const char *const menu_version;     // its first two numbers
