@@ -9,6 +9,7 @@
 #include "app/application.h"
 #include "app/assets.h"
 #include "app/command_line.h"
+#include "app/gamepads.h"
 #include "app/main_loop.h"
 #include "core/context.h"
 #include "core/say.h"
@@ -42,7 +43,9 @@ bool start_stages() {
 // False when the game could not start.
 bool run() {
   const bool started = start_stages();
+  gamepads_open();
   if (started) context_loop();
+  gamepads_close();
   context_teardown();
   return started;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "app/gamepads.h"
 #include "app/screen_table.h"
 #include "core/context.h"
 #include "core/say.h"
@@ -54,6 +55,7 @@ void fill_geometry() {
 
 void run_frame(state_object *state) {
   timer_start(context.cap_timer);
+  gamepads_translate();
   state->handle_input();
   // Who closes the window is obeyed, whatever else the frame brings: a start, a bell, a leaving peer.
   const bool closing = state->next_state == screen_quit;
