@@ -104,6 +104,13 @@ bool start_libraries() {
   return complete;
 }
 
+// A window without its icon is no reason for a line.
+void show_icon() {
+  SDL_Surface *icon = IMG_Load("assets/icon.png");
+  if (icon != nullptr) SDL_SetWindowIcon(gWindow, icon);
+  SDL_FreeSurface(icon);
+}
+
 }  // namespace
 
 bool init() {
@@ -111,7 +118,9 @@ bool init() {
   if (SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "1") == SDL_FALSE) {
     say("Warning: linear texture filtering is not enabled!\n");
   }
-  return create_window() && create_renderer() && start_libraries();
+  if (!create_window() || !create_renderer() || !start_libraries()) return false;
+  show_icon();
+  return true;
 }
 
 void close_sdl_window() {

@@ -38,6 +38,7 @@ TEST(start_up, sets_up_window_and_renderer_and_releases_in_order) {
     EXPECT_STREQ(SDL_GetWindowTitle(gWindow), "Vantaro Pugnado");
     EXPECT_STREQ(SDL_GetHint(SDL_HINT_RENDER_SCALE_QUALITY), "1");
   });
+  EXPECT_THAT(world.calls, testing::HasSubstr(" SDL_SetWindowIcon "));
   EXPECT_EQ(world.seed, 1000u);
   EXPECT_EQ(
       world.calls.substr(world.calls.find("TTF_CloseFont")),

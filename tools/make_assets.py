@@ -17,12 +17,12 @@ from PIL import Image
 sys.dont_write_bytecode = True  # leave no caches beside the sources
 
 from make_font import make_font  # noqa: E402
-from make_icons import make_icons  # noqa: E402
+from make_icons import make_icons, make_window_icon  # noqa: E402
 from make_images import make_images  # noqa: E402
 from make_sounds import make_sounds  # noqa: E402
 
 ROOT = Path(__file__).resolve().parents[1]
-MAKERS = {"assets": (make_font, make_images, make_sounds), "packaging/icons/hicolor": (make_icons,)}
+MAKERS = {"assets": (make_font, make_images, make_sounds, make_window_icon), "packaging/icons/hicolor": (make_icons,)}
 
 
 def content(path):

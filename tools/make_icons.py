@@ -244,6 +244,10 @@ def svg(picture):
     return "\n".join(lines) + "\n</svg>\n"
 
 
+def make_window_icon(folder):
+    image_of(draw_scene(64), COLOURS).save(folder / "icon.png")
+
+
 def make_icons(folder):
     large = draw_scene(64)
     pictures = (draw_by_hand(16, TINY, 1, 1), draw_by_hand(24, SMALL, 2, 2), draw_by_hand(32, MEDIUM, 4, 3),
