@@ -16,6 +16,11 @@ bool check_collision_on_x_axis(SDL_Rect a, SDL_Rect b) {
   return a.x + a.w > b.x && a.x < b.x + b.w;
 }
 
+SDL_Keycode plain_key(const SDL_Keysym &key) {
+  if (key.sym != SDLK_RETURN && key.sym != SDLK_KP_ENTER) return key.sym;
+  return (key.mod & KMOD_ALT) != 0 ? SDLK_UNKNOWN : SDLK_RETURN;
+}
+
 int move_selection(SDL_Keycode key, int selected, int first, int last) {
   switch (key) {
     case SDLK_DOWN:

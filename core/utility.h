@@ -16,6 +16,10 @@ bool check_collision_on_y_axis(SDL_Rect a, SDL_Rect b);
 // The same looking at columns alone: y and h are ignored.
 bool check_collision_on_x_axis(SDL_Rect a, SDL_Rect b);
 
+// The key as menus and match understand it: Enter on the keypad is Return, and Return with Alt held, which
+// means other things on a desktop, is no key at all.
+SDL_Keycode plain_key(const SDL_Keysym &key);
+
 // The selection of a menu's rows `first` to `last` after the key: Down and Up move it by one and wrap around,
 // any other key leaves it.
 int move_selection(SDL_Keycode key, int selected, int first, int last);

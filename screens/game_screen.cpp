@@ -117,6 +117,12 @@ void toggle_pause(game_state *game) {
   }
 }
 
+// A match that nobody else waits for pauses when its window is left or hidden.
+void pause_unseen(game_state *game, const SDL_WindowEvent &event) {
+  const bool unseen = event.event == SDL_WINDOWEVENT_FOCUS_LOST || event.event == SDL_WINDOWEVENT_MINIMIZED;
+  if (unseen && !context_is_lan() && game->paused == pause_none) toggle_pause(game);
+}
+
 void activate_pause_item(game_state *game) {
   switch (game->pause_selection) {
     case pause_item_sound:
@@ -150,7 +156,7 @@ void handle_key(game_state *game, const SDL_KeyboardEvent &key) {
   if (key.repeat != 0) return;
   control_fighter(game, is_guest() ? game->fighter2 : game->fighter1, right_hand, key);
   if (context_get()->game_mode == mode_two_players) control_fighter(game, game->fighter2, left_hand, key);
-  if (key.type == SDL_KEYDOWN) control_pause_menu(game, key.keysym.sym);
+  if (key.type == SDL_KEYDOWN) control_pause_menu(game, plain_key(key.keysym));
 }
 
 // Update
@@ -199,6 +205,7 @@ void game_handle_input() {
     }
     if (game->fighting == 0) continue;
     if (event.type == SDL_KEYDOWN || event.type == SDL_KEYUP) handle_key(game, event.key);
+    if (event.type == SDL_WINDOWEVENT) pause_unseen(game, event.window);
   }
   if (is_guest()) tell_controls(game);
 }

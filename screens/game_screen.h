@@ -7,8 +7,8 @@ struct game_state;
 
 // Sets a match up on the record: fighters at their corners, the clock at the chosen fight time.
 void game_load(game_state *game);
-// Handles every pending event: movement, punches, pause menu, the window's close, which the peer of a LAN
-// match is told. Once the match has ended, drops all but that.
+// Handles every pending event: movement, punches, pause menu, the window left or hidden, which pauses a local
+// match, and its close, which the peer of a LAN match is told. Once the match has ended, drops all but that.
 void game_handle_input();
 // One frame of the match.
 void game_update();

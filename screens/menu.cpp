@@ -4,6 +4,7 @@
 
 #include "core/context.h"
 #include "core/state_machine.h"
+#include "core/utility.h"
 #include "media/graphics.h"
 #include "media/layout.h"
 
@@ -18,7 +19,7 @@ bool menu_poll_event() {
 SDL_Keycode menu_pressed_key() {
   const SDL_Event &event = context_get()->event;
   if (event.type != SDL_KEYDOWN || event.key.repeat != 0) return SDLK_UNKNOWN;
-  return event.key.keysym.sym;
+  return plain_key(event.key.keysym);
 }
 
 void menu_begin_frame() {

@@ -57,12 +57,13 @@ TEST(game, pause_menu) {
   const struct {
     const char *keys;
     int paused_before, paused, selection, next_state, sound_on;
-  } cases[] = {{"E", 0, 1, 1, 0, 1},    {"EE", 0, 0, 1, 0, 1},  {"E", 2, 2, 1, 0, 1},
-               {"Ee", 0, 1, 1, 0, 1},   {"DUR", 0, 0, 1, 0, 1}, {"ED", 0, 1, 2, 0, 1},
-               {"EDDD", 0, 1, 1, 0, 1}, {"EU", 0, 1, 3, 0, 1},  {"EUU", 0, 1, 2, 0, 1},
-               {"EDdu", 0, 1, 2, 0, 1}, {"ER", 0, 1, 1, 0, 0},  {"ERR", 0, 1, 1, 0, 1},
-               {"ERrX", 0, 1, 1, 0, 0}, {"EUR", 0, 1, 3, 1, 1}, {"DDR", 2, 2, 3, 1, 1},
-               {"EDR", 0, 0, 1, 0, 1},  {"QE", 0, 0, 1, 6, 1},  {"EQ", 0, 1, 1, 6, 1}};
+  } cases[] = {
+      {"E", 0, 1, 1, 0, 1},    {"EE", 0, 0, 1, 0, 1},   {"E", 2, 2, 1, 0, 1},    {"Ee", 0, 1, 1, 0, 1},
+      {"DUR", 0, 0, 1, 0, 1},  {"ED", 0, 1, 2, 0, 1},   {"EDDD", 0, 1, 1, 0, 1}, {"EU", 0, 1, 3, 0, 1},
+      {"EUU", 0, 1, 2, 0, 1},  {"EDdu", 0, 1, 2, 0, 1}, {"ER", 0, 1, 1, 0, 0},   {"ERR", 0, 1, 1, 0, 1},
+      {"ERrX", 0, 1, 1, 0, 0}, {"EUN", 0, 1, 3, 1, 1},  {"DDR", 2, 2, 3, 1, 1},  {"EDR", 0, 0, 1, 0, 1},
+      {"QE", 0, 0, 1, 6, 1},   {"EQ", 0, 1, 1, 6, 1},   {"F", 0, 1, 1, 0, 1},    {"MF", 0, 1, 1, 0, 1},
+      {"EM", 0, 1, 1, 0, 1},   {"F", 2, 2, 1, 0, 1}};
   for (const auto &c : cases) {
     bare_match match(1);
     match.game.paused = c.paused_before;
@@ -73,6 +74,10 @@ TEST(game, pause_menu) {
         std::tie(c.paused, c.selection, c.next_state, c.sound_on))
         << c.keys;
   }
+  bare_match lan(2);
+  push_keys("FM");
+  game_handle_input();
+  EXPECT_EQ(lan.game.paused, 0);
 }
 
 TEST(game, ends_at_99_points_or_at_the_end_of_time) {

@@ -90,11 +90,19 @@ void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat, Uint16 modifiers) {
 }
 
 void push_keys(const std::string &letters) {
-  const std::string names = "DUREXQ";
-  const SDL_Keycode keys[] = {SDLK_DOWN, SDLK_UP, SDLK_RETURN, SDLK_ESCAPE, SDLK_KP_ENTER, 0};
+  const std::map<char, SDL_Keycode> keys = {{'D', SDLK_DOWN},   {'U', SDLK_UP},       {'R', SDLK_RETURN},
+                                            {'E', SDLK_ESCAPE}, {'N', SDLK_KP_ENTER}, {'X', SDLK_RETURN}};
+  const std::map<char, Uint8> window = {{'F', SDL_WINDOWEVENT_FOCUS_LOST}, {'M', SDL_WINDOWEVENT_MINIMIZED}};
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   for (const char letter : letters) {
-    const auto key = names.find(static_cast<char>(std::toupper(letter)));
-    push_key(keys[key], letter == 'Q' ? SDL_QUIT : SDL_KEYDOWN, std::islower(letter) ? 1 : 0);
+    const char name = static_cast<char>(std::toupper(letter));
+    SDL_Event event = {};
+    event.type = name == 'Q' ? SDL_QUIT : SDL_WINDOWEVENT;
+    if (window.contains(name)) event.window.event = window.at(name);
+    if (keys.contains(name)) {
+      push_key(keys.at(name), SDL_KEYDOWN, name == letter ? 0 : 1, name == 'X' ? KMOD_LALT : KMOD_NONE);
+    } else {
+      SDL_PushEvent(&event);
+    }
   }
 }
