@@ -55,10 +55,32 @@ install_packages() {
   "${apt_get[@]}" update && "${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# check_writable FOLDER: makes the folder below build/. Says in one line what to do where it, or what is in it, cannot
+# be written.
+check_writable() {
+  if ! mkdir -p "$1" 2>/dev/null && [[ ! -e build ]]; then
+    echo "$PWD cannot be written to. Copy it to a folder of your own and start there." >&2
+    return 1
+  fi
+  if [[ ! -d $1 || -n $(find build "$1" -maxdepth 1 ! -writable -print -quit; find "$1" ! -writable -print -quit) ]]; then
+    echo "$PWD/build cannot be written to by ${USER:-you}. Remove it as who made it: sudo rm -r '$PWD/build'" >&2
+    return 1
+  fi
+}
+
+# fresh_where_moved FOLDER: prints CMake's option for a build folder that was made for another place.
+fresh_where_moved() {
+  if [[ -e $1/CMakeCache.txt ]] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$1/CMakeCache.txt"; then
+    echo --fresh
+  fi
+}
+
 # build_preset NAME: configures and builds a CMake preset; quiet when it is up to date.
 build_preset() {
   local log
-  if ! log=$(cmake --preset "$1" 2>&1); then
+  check_writable "build/$1"
+  # shellcheck disable=SC2046
+  if ! log=$(cmake --preset "$1" $(fresh_where_moved "build/$1") 2>&1); then
     printf '%s\n' "$log" >&2
     return 1
   fi

@@ -18,7 +18,7 @@ from game_screens import DARK, MENU_GREEN  # noqa: E402
 
 SANITIZERS = {
     "ASAN_OPTIONS": "detect_leaks=1:verify_asan_link_order=0",
-    "LSAN_OPTIONS": f"suppressions={ROOT / 'tests' / 'lsan.supp'}:print_suppressions=0",
+    "LSAN_OPTIONS": f"suppressions='{ROOT / 'tests' / 'lsan.supp'}':print_suppressions=0",
     "UBSAN_OPTIONS": "print_stacktrace=1",
 }
 
@@ -154,9 +154,12 @@ def run(display, program, start, environment):
 def main():
     program, library = [*sys.argv[1:], None, None][:2]
     program = Path(program or RELEASE_PROGRAM).resolve()
-    environment = SANITIZERS | {"LD_PRELOAD": library}
     faults = 0
-    with Display() as display:
+    with Display() as display, tempfile.TemporaryDirectory() as folder:
+        link = Path(folder) / "library"  # what is preloaded may lie at no path with a blank
+        if library:
+            link.symlink_to(Path(library).resolve())
+        environment = SANITIZERS | {"LD_PRELOAD": str(link) if library else None}
         for start in (*sizes(), *no_libraries(), *spoilt_assets()):
             fault = run(display, program, start, environment)
             print(f"{start.name}: {fault or 'as it should be'}", flush=True)

@@ -28,10 +28,27 @@ def run(*command, **variables):
     return done.stdout
 
 
+def check_versions(tree):
+    """The release's version is plain, and every commit after it has one of its own."""
+    git = ("git", "-C", tree, "-c", "user.name=nobody", "-c", "user.email=nobody")
+
+    def version():
+        return run(tree / "packaging" / "version.sh").strip()
+    release = version()
+    run(*git, "init", "-q")
+    run(*git, "add", ".")
+    for expected in (release, f"{release}+git1", f"{release}+git2"):
+        run(*git, "commit", "-q", "--allow-empty", "-m", expected)
+        check(f"the version is {expected}, not {version()}", version() == expected)
+    run(*git, "tag", f"v{release}")
+    check(f"the tagged version is {release}, not {version()}", version() == release)
+
+
 def build_package(folder):
     """Packs a copy of the tree, which is gone before the package is used: nothing of it may be needed then."""
-    tree = folder / "tree"
+    tree = folder / "a tree"
     shutil.copytree(ROOT, tree, ignore=shutil.ignore_patterns("build", ".git"))
+    check_versions(tree)
     package = Path(run(tree / "packaging" / "make_package.sh").splitlines()[-1])
     kept = shutil.move(package, folder / package.name)
     shutil.rmtree(tree)
@@ -56,8 +73,9 @@ def check_words(package, content):
     changelog, page = (run("zcat", content / "usr/share" / name)
                        for name in ("doc/vantaro-pugnado/changelog.gz", "man/man6/vantaro-pugnado.6.gz"))
     places = (re.search(r"\((.*?)\)", changelog)[1], re.search(r'<release version="(.*?)"', metainfo)[1],
-              re.search(r"Vantaro Pugnado ([\d.]+)", page)[1])
-    check(f"changelog, metainfo and manual page name version {version}, not {places}", set(places) == {version})
+              re.search(r"Vantaro Pugnado ([\d.]+)", page)[1],
+              re.search(r"^## \[(\d.*?)\]", (ROOT / "CHANGELOG.md").read_text(), re.M)[1])
+    check(f"changelogs, metainfo and manual page name version {version}, not {places}", set(places) == {version})
     for name in re.findall("<image>https://vantaro-pugnado.example/(.*?)</image>", metainfo):
         check(f"the screenshot {name} is there", (ROOT / name).is_file())
 
@@ -80,9 +98,9 @@ def install_play_remove(package, content, folder):
     before = files(root)
     dpkg(root, "--install", package)
     entry = (content / "usr/share/applications/vantaro-pugnado.desktop").read_text()
-    command = re.search("^Exec=(.*)$", entry, re.M)[1]
+    command, *arguments = re.search("^Exec=(.*)$", entry, re.M)[1].split()
     environment = {**NO_SOUND, "XDG_RUNTIME_DIR": str(folder), "PATH": f"{root}/usr/games:{os.environ['PATH']}"}
-    with Display() as display, Game(display, command, root=folder, environment=environment) as game:
+    with Display() as display, Game(display, command, arguments, root=folder, environment=environment) as game:
         game.open_window()
         wait_for_main_menu(game)
         save_picture(game.screenshot(), "installed_main_menu")
