@@ -58,14 +58,16 @@ install_packages() {
 # check_writable FOLDER: makes the folder below build/. Says in one line what to do where it, or what is in it, cannot
 # be written.
 check_writable() {
-  if ! mkdir -p "$1" 2>/dev/null && [[ ! -e build ]]; then
-    echo "$PWD cannot be written to. Copy it to a folder of your own and start there." >&2
-    return 1
+  if mkdir -p "$1" 2>/dev/null &&
+    [[ -z $(find build -maxdepth 1 ! -writable -print -quit; find "$1" ! -writable -print -quit) ]]; then
+    return 0
   fi
-  if [[ ! -d $1 || -n $(find build "$1" -maxdepth 1 ! -writable -print -quit; find "$1" ! -writable -print -quit) ]]; then
-    echo "$PWD/build cannot be written to by ${USER:-you}. Remove it as who made it: sudo rm -r '$PWD/build'" >&2
-    return 1
+  if [[ -w . ]]; then
+    echo "$PWD/build cannot be written to by ${USER:-you}. Remove it: sudo rm -r '$PWD/build'" >&2
+  else
+    echo "$PWD cannot be written to by ${USER:-you}. Copy it to a folder of your own and start there." >&2
   fi
+  return 1
 }
 
 # fresh_where_moved FOLDER: prints CMake's option for a build folder that was made for another place.
