@@ -15,7 +15,8 @@ sys.path.insert(0, str(ROOT / "tools" / "driver"))
 import demonstration  # noqa: E402
 import lan_games  # noqa: E402
 from game_driver import Display, Game  # noqa: E402
-from game_screens import BLACK, PLAYER_1, PLAYER_2, RED, WHITE, land_punch, shows  # noqa: E402
+from game_screens import (BLACK, MENU_GREEN, PLAYER_1, PLAYER_2, RED, RING_GREEN, WHITE, land_punch,  # noqa: E402
+                          shows)
 from game_pages import choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
 
 FOLDER = ROOT / "docs"
@@ -73,6 +74,18 @@ def take_moving_picture():
     print(f"  {path.relative_to(ROOT)}: {path.stat().st_size} bytes", flush=True)
 
 
+def take_full_screen():
+    """A match on a wide display, both fighters on their way to each other."""
+    with Display(1280, 720) as display, Game(display, arguments=["--fullscreen"]) as game:
+        game.open_window()
+        game.wait_until("the main menu", lambda picture: picture.getpixel((0, 0)) == MENU_GREEN)
+        game.press("Down", "Return")
+        game.wait_until("the ring", lambda picture: picture.getpixel((640, 360)) == RING_GREEN)
+        game.hold_for(0.3, "Right")
+        game.hold_for(0.3, "a")
+        keep(game.screenshot(), "full_screen")
+
+
 # Two machines
 
 def take_lobby(play):
@@ -108,4 +121,5 @@ if __name__ == "__main__":
     FOLDER.mkdir(exist_ok=True)
     take_local_pictures()
     take_moving_picture()
+    take_full_screen()
     lan_games.run((take_lobby, take_lan_match))

@@ -31,17 +31,13 @@ def run(*command, **variables):
 def check_versions(tree):
     """The release's version is plain, and every commit after it has one of its own."""
     git = ("git", "-C", tree, "-c", "user.name=nobody", "-c", "user.email=nobody")
-
-    def version():
-        return run(tree / "packaging" / "version.sh").strip()
-    release = version()
+    release = run(tree / "packaging" / "version.sh").strip()
     run(*git, "init", "-q")
     run(*git, "add", ".")
     for expected in (release, f"{release}+git1", f"{release}+git2"):
         run(*git, "commit", "-q", "--allow-empty", "-m", expected)
-        check(f"the version is {expected}, not {version()}", version() == expected)
-    run(*git, "tag", f"v{release}")
-    check(f"the tagged version is {release}, not {version()}", version() == release)
+        version = run(tree / "packaging" / "version.sh").strip()
+        check(f"the version is {expected}, not {version}", version == expected)
 
 
 def build_package(folder):
