@@ -22,7 +22,7 @@ network_record *context_net_info() {
 namespace {
 
 // Changing to another screen, the machine already names that one while the old one is unloaded.
-void *record_of(int screen) {
+void *record_of([[maybe_unused]] int screen) {
   const state_object *state = context.state_machine;
   assert((state->current_state == screen || state->previous_state == screen) && "another screen's record");
   return state->screen;
