@@ -34,5 +34,6 @@ std::string output_of(const std::function<void()> &action);
 
 void push_key(SDL_Keycode key, Uint32 type = SDL_KEYDOWN, Uint8 repeat = 0, Uint16 modifiers = KMOD_NONE);
 // Queues an event per letter, in place of what is queued: D down, U up, R return, E escape, N the
-// keypad's Enter, X Return with Alt, F the focus lost, M the window minimised, Q its close. Small letters are the repeats of a held key.
+// keypad's Enter, X Return with Alt, F the focus lost, M the window minimised, Q its close. Small letters are
+// the repeats of a held key.
 void push_keys(const std::string &letters);
