@@ -26,7 +26,8 @@ void assets_find() {
   if (program == nullptr) return;
   fs::path found = "";
   for (const char *place : places) {
-    if (!holds_assets(found)) found = fs::path(program) / place;
+    // SDL tells it in UTF-8, which Windows would take for letters of its own.
+    if (!holds_assets(found)) found = fs::path(reinterpret_cast<const char8_t *>(program)) / place;
   }
   SDL_free(program);
   std::error_code error;
