@@ -22,13 +22,13 @@ from make_images import make_images  # noqa: E402
 from make_sounds import make_sounds  # noqa: E402
 
 ROOT = Path(__file__).resolve().parents[1]
-MAKERS = {"assets": (make_font, make_images, make_sounds, make_window_icon), "packaging/icons/hicolor": (make_icons,)}
+MAKERS = {"assets": (make_font, make_images, make_sounds, make_window_icon), "packaging/icons": (make_icons,)}
 
 
 def content(path):
     """What a player sees or hears of a file; None if there is none, or a spoilt one."""
     try:
-        if path.suffix == ".png":
+        if path.suffix in (".png", ".ico"):  # of the latter the largest
             with Image.open(path) as image:
                 return image.size, image.convert("RGBA").tobytes()
         if path.suffix == ".wav":

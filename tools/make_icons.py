@@ -1,4 +1,4 @@
-"""Draws the program's icons: PNG files of 16 to 256 pixels and one SVG file.
+"""Draws the program's icons: PNG files of 16 to 256 pixels, one SVG file, and all sizes in one ICO file.
 
 The icon shows a punch landing in the ring. The large one is put together from the fighters' own bitmaps in
 fight/fighter_masks.h; the small ones are drawn by hand, since no bitmap survives being shrunk to 16 pixels.
@@ -255,8 +255,10 @@ def make_icons(folder):
     images = [image_of(picture, COLOURS) for picture in pictures]
     images += [images[-1].resize((size, size), Image.Resampling.NEAREST) for size in (128, 256)]
     for image in images:
-        place = folder / f"{image.width}x{image.width}" / "apps"
+        place = folder / "hicolor" / f"{image.width}x{image.width}" / "apps"
         place.mkdir(parents=True)
         image.save(place / f"{NAME}.png")
-    (folder / "scalable" / "apps").mkdir(parents=True)
-    (folder / "scalable" / "apps" / f"{NAME}.svg").write_text(svg(large))
+    (folder / "hicolor" / "scalable" / "apps").mkdir(parents=True)
+    (folder / "hicolor" / "scalable" / "apps" / f"{NAME}.svg").write_text(svg(large))
+    frames = [image.convert("RGBA") for image in images]  # the one kind that Windows takes
+    frames[-1].save(folder / f"{NAME}.ico", sizes=[frame.size for frame in frames], append_images=frames)
