@@ -13,8 +13,14 @@ virtual_display_packages=(xvfb xdotool python3 python3-pil)
 test_packages=(
   libgtest-dev python3-fonttools iproute2
   dpkg-dev file lintian desktop-file-utils appstream man-db  # to check the package
-  g++-mingw-w64-x86-64-posix                                 # to compile for Windows
 )
+# To build the game for Windows and to pack that.
+windows_packages=(
+  g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 cmake ninja-build pkg-config dpkg-dev zip
+  libsdl2-dev libsdl2-image-dev libsdl2-ttf-dev libsdl2-mixer-dev  # their sources' versions are built
+)
+# To play it there.
+wine_packages=(wine64)
 # To look through the sources.
 analysis_packages=(clang-format clang-tidy cppcheck)
 # To measure.
