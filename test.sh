@@ -9,6 +9,7 @@ source tools/setup.sh
 
 install_packages "${game_packages[@]}" "${virtual_display_packages[@]}" "${test_packages[@]}" \
   "${bench_packages[@]}" "${analysis_packages[@]}" "${fuzz_packages[@]}"
+install_packages "${windows_packages[@]}" "${wine_packages[@]}" || echo "The game for Windows is not tested."
 for preset in release sanitize fuzz bench; do build_preset "$preset"; done
 if (($# == 0)); then tools/analyse.sh; fi
 exec ctest --preset sanitize --no-tests=error --parallel "$(nproc)" "$@"

@@ -4,7 +4,7 @@ one that dies. Both pictures must agree, and every datagram must be well-formed 
 rooms are joined between machines with two network cards. Ends with status 0 when all was as it should be, with 77
 where no network can be made. Leaves pictures in build/end_to_end/.
 
-    lan_match.py [program]"""
+    lan_match.py [host's program [guest's program [step...]]]"""
 
 import signal
 import sys
@@ -84,7 +84,6 @@ def has_no_rooms(guest):
 
 def part_and_return(play):
     """The host kicks, the guest leaves, the host closes the room and opens another."""
-    go_to_row(play.host, 3)
     go_to_row(play.host, 4)
     for game, key in ((play.host, "Return"), (play.guest, "Escape")):
         game.press(key)
@@ -100,7 +99,8 @@ def part_and_return(play):
 
 def fight(play):
     """Both land a punch; both machines show the same, and it is what was told."""
-    play.host.press("Up", "Return")
+    go_to_row(play.host, 3)
+    play.host.press("Return")
     for game in (play.host, play.guest):
         wait_for_match(game, 90, CORNERS[::-1])  # black is the host's colour now
     save_picture(same_picture(play), "lan_match")
@@ -161,7 +161,7 @@ def kill_guest(play):
 
 
 def revive_guest(play):
-    play.guest = play.stack.enter_context(running_game(play.lab, "guest", play.program))
+    play.guest = play.stack.enter_context(running_game(play.lab, "guest", play.programs["guest"]))
     enter_lobby(play.guest, NAMES["guest"])
     open_room_list(play.guest)
 

@@ -2,7 +2,7 @@
 score, pause, restart and quit, every option is changed, a match runs to its end and is played again. Ends with
 status 0 when the pictures showed all of it; pictures of the way are left in build/end_to_end/.
 
-    local_match.py [program]"""
+    local_match.py [program [step...]]"""
 
 import sys
 import time
@@ -11,8 +11,8 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
 
 from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, save_picture, wait_until  # noqa: E402
-from game_pages import (CORNERS, MAIN_ROWS, PAUSE_ROWS, check, check_end, choose, pause, pick_pause_item,  # noqa: E402
-                        wait_for_main_menu, wait_for_match)
+from game_pages import (CORNERS, MAIN_ROWS, PAUSE_ROWS, check, check_end, choose, chosen, pause,  # noqa: E402
+                        pick_pause_item, wait_for_main_menu, wait_for_match)
 from game_screens import (BIG, BLACK, DARK, MENU_GREEN, PLAYER_1, PLAYER_2, RED, WHITE, arrows_on, clock,  # noqa: E402
                           fighter_box, land_punch, places, shows)
 
@@ -170,7 +170,7 @@ STEPS_OF_ONE_PLAYER = (face_the_cpu,)
 def main():
     program = sys.argv[1] if len(sys.argv) > 1 else RELEASE_PROGRAM
     sound = Sound()
-    for steps in (STEPS, STEPS_OF_ONE_PLAYER):
+    for steps in filter(None, (chosen(steps, sys.argv[2:]) for steps in (STEPS, STEPS_OF_ONE_PLAYER))):
         with Display() as display, Game(display, program, environment=sound.environment) as game:
             game.open_window()
             for step in steps:

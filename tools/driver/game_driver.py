@@ -12,6 +12,8 @@ from typing import NamedTuple
 
 from PIL import ImageGrab
 
+from wine import WINE, Windows
+
 ROOT = Path(__file__).resolve().parents[2]  # the project's root, where the game finds its assets
 RELEASE_PROGRAM = ROOT / "build" / "release" / "vantaro-pugnado"
 WINDOW_TITLE = "Vantaro Pugnado"
@@ -72,10 +74,11 @@ class Game:
     def __init__(self, display, program=RELEASE_PROGRAM, arguments=(), *, root=ROOT, environment=None):
         self.display = display
         self.size = None  # of the window: width and height in pixels, once it is open
+        self._windows = Windows() if str(program).endswith(".exe") else None
         variables = {**os.environ, "DISPLAY": display.name, "SDL_VIDEODRIVER": "x11", "SDL_AUDIODRIVER": "dummy",
-                     **(environment or {})}
+                     **(self._windows.environment if self._windows else {}), **(environment or {})}
         self.process = subprocess.Popen(
-            [str(program), *arguments], cwd=root, text=True, errors="replace",
+            [*([WINE] if self._windows else []), str(program), *arguments], cwd=root, text=True, errors="replace",
             env={name: value for name, value in variables.items() if value is not None},
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
@@ -85,6 +88,9 @@ class Game:
     def __exit__(self, *error):
         if self.process.returncode is None:
             self.process.kill()
+        if self._windows:
+            self._windows.close()
+        if self.process.returncode is None:
             self.process.communicate()
 
     def _xdotool(self, *arguments):
@@ -142,7 +148,10 @@ class Game:
 
     def close_window(self):
         """Asks the game to close, which SDL hands to it just as a click on the window's close button."""
-        self.process.send_signal(signal.SIGTERM)
+        if self._windows:
+            self.press("alt+F4")
+        else:
+            self.process.send_signal(signal.SIGTERM)
 
     def wait_exit(self, seconds=15.0):
         """Waits for the program to end by itself."""

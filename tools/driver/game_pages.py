@@ -15,6 +15,11 @@ def check(what, truth):
         raise GameError(what)
 
 
+def chosen(steps, names):
+    """The steps of these names; all of them when none is named."""
+    return [step for step in steps if step.__name__ in (names or [step.__name__])]
+
+
 # Main menu
 
 def wait_for_main_menu(game, selected="1 Player"):

@@ -9,7 +9,7 @@ from types import SimpleNamespace
 from PIL import ImageChops
 
 from game_driver import RELEASE_PROGRAM, Display, Game, save_picture, wait_until
-from game_pages import check, choose, wait_for_main_menu
+from game_pages import check, choose, chosen, wait_for_main_menu
 from game_screens import DARK, FRAME, HEIGHT, WIDTH, arrows_on, places, shows
 from network_lab import SKIPPED, Lab, Unavailable
 
@@ -30,16 +30,20 @@ def running_game(lab, name, program):
 
 
 def run(steps, other_machines=()):
-    """Opens the game on both machines and takes the steps. Each step gets the network and the two games."""
-    program = sys.argv[1] if len(sys.argv) > 1 else RELEASE_PROGRAM
+    """Opens the game on both machines and takes the steps, or those of them that the command line names after the
+    host's program and the guest's. Each step gets the network and the two games."""
+    steps = chosen(steps, sys.argv[3:])
+    if not steps:
+        return
+    programs = dict(zip(NAMES, (sys.argv[1:3] or [RELEASE_PROGRAM]) * 2))
     try:
         lab = Lab(tuple(NAMES), other_machines)
     except Unavailable as reason:
         print(f"skipped: {reason}")
         sys.exit(SKIPPED)
     with ExitStack() as stack:
-        games = {name: stack.enter_context(running_game(lab, name, program)) for name in NAMES}
-        play = SimpleNamespace(lab=lab, stack=stack, program=program, **games)
+        games = {name: stack.enter_context(running_game(lab, name, programs[name])) for name in NAMES}
+        play = SimpleNamespace(lab=lab, stack=stack, programs=programs, **games)
         for step in steps:
             begin = time.monotonic()
             step(play)
@@ -114,9 +118,12 @@ def join_room(play, room):
 
 
 def go_to_row(host, row):
-    """Moves the host's arrows from one row of its room to the next."""
-    host.press("Down")
-    host.wait_until(f"row {row} marked", lambda picture: arrows_on(picture, (215, 545), HOST_ROWS) == [row])
+    """Moves the host's arrows to a row of its room."""
+    def marked(picture):
+        return arrows_on(picture, (215, 545), HOST_ROWS)
+    start = host.wait_until("a marked row", marked)[0]
+    host.press(*["Down"] * ((row - start) % len(HOST_ROWS)))
+    host.wait_until(f"row {row} marked", lambda picture: marked(picture) == [row])
 
 
 def same_picture(play, truth=places):
