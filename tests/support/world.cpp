@@ -64,8 +64,6 @@ WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * rende
      (renderer, surface))
 WRAP(int, IMG_Init, IMG_INIT_JPG, (int flags), (flags))
 WRAP(int, TTF_Init, -1, (), ())
-WRAP(int, Mix_OpenAudio, -1, (int rate, Uint16 format, int channels, int chunk),
-     (rate, format, channels, chunk))
 WRAP(void, SDL_DestroyTexture, void(), (SDL_Texture * texture), (texture))
 WRAP(void, TTF_CloseFont, void(), (TTF_Font * font), (font))
 WRAP(void, Mix_FreeChunk, void(), (Mix_Chunk * chunk), (chunk))
@@ -101,6 +99,12 @@ void __wrap_SDL_Delay(Uint32 milliseconds) {
   world.delays.push_back(milliseconds);
   world.ticks += milliseconds;
   if (world.on_delay) world.on_delay();
+}
+
+int __real_Mix_OpenAudio(int rate, Uint16 format, int channels, int chunk);
+int __wrap_Mix_OpenAudio(int rate, Uint16 format, int channels, int chunk) {
+  if (fails("Mix_OpenAudio", list(rate, format, channels, chunk))) return -1;
+  return __real_Mix_OpenAudio(rate, format, channels, 64);  // since closing waits for two chunks
 }
 
 int __wrap_Mix_PlayChannel(int channel, Mix_Chunk *chunk, int loops) {
