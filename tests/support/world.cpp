@@ -63,7 +63,10 @@ WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * window, int inde
 WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * renderer, SDL_Surface *surface),
      (renderer, surface))
 WRAP(int, IMG_Init, IMG_INIT_JPG, (int flags), (flags))
+WRAP(SDL_Surface *, IMG_Load, nullptr, (const char *path), (path))
+WRAP(SDL_RWops *, SDL_RWFromFile, nullptr, (const char *path, const char *mode), (path, mode))
 WRAP(int, TTF_Init, -1, (), ())
+WRAP(TTF_Font *, TTF_OpenFont, nullptr, (const char *path, int points), (path, points))
 WRAP(void, SDL_DestroyTexture, void(), (SDL_Texture * texture), (texture))
 WRAP(void, TTF_CloseFont, void(), (TTF_Font * font), (font))
 WRAP(void, Mix_FreeChunk, void(), (Mix_Chunk * chunk), (chunk))
