@@ -58,7 +58,7 @@ void end_frame() {
   shown = state->current_state;
   if (++frames == frames_per_minute) first_minute = measure_memory();
   if (frames < frames_to_play) {
-    random_player_type(&player, state);
+    player.play(*state);
   } else {
     state->next_state = screen_quit;
   }

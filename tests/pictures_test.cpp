@@ -131,28 +131,15 @@ const struct view {
     {"lan_joining", [] { open_lobby(page_joined_room, "Bob"); }},
 };
 
-SDL_Surface *picture_on_screen() {
-  SDL_Surface *surface = SDL_CreateRGBSurfaceWithFormat(0, context.window_width, context.window_height, 24,
-                                                        SDL_PIXELFORMAT_RGB24);
-  SDL_RenderReadPixels(gRenderer, nullptr, SDL_PIXELFORMAT_RGB24, surface->pixels, surface->pitch);
-  return surface;
-}
-
-bool same(const SDL_Surface *a, const SDL_Surface *b) {
-  if (b == nullptr || a->w != b->w || a->h != b->h) return false;
-  for (int y = 0; y < a->h; ++y) {
-    const auto row = [y](const SDL_Surface *of) { return static_cast<char *>(of->pixels) + y * of->pitch; };
-    if (std::memcmp(row(a), row(b), static_cast<std::size_t>(3 * a->w)) != 0) return false;
-  }
-  return true;
-}
-
 void expect_on_screen(const std::string &name) {
-  SDL_Surface *shown = picture_on_screen();
+  const auto format = SDL_PIXELFORMAT_RGBA32;  // whose rows have no gaps
+  const int w = context.window_width, h = context.window_height;
+  SDL_Surface *shown = SDL_CreateRGBSurfaceWithFormat(0, w, h, 32, format);
+  SDL_RenderReadPixels(gRenderer, nullptr, format, shown->pixels, shown->pitch);
   SDL_Surface *loaded = IMG_Load(("tests/pictures/" + name).c_str());
-  SDL_Surface *expected =
-      loaded == nullptr ? nullptr : SDL_ConvertSurfaceFormat(loaded, SDL_PIXELFORMAT_RGB24, 0);
-  if (!same(shown, expected)) {
+  SDL_Surface *expected = loaded == nullptr ? nullptr : SDL_ConvertSurfaceFormat(loaded, format, 0);
+  if (expected == nullptr || expected->w != w || expected->h != h ||
+      std::memcmp(shown->pixels, expected->pixels, static_cast<std::size_t>(shown->pitch * h)) != 0) {
     std::filesystem::create_directories("build/pictures");
     IMG_SavePNG(shown, ("build/pictures/" + name).c_str());
     ADD_FAILURE() << name << " differs; see build/pictures/";

@@ -1,20 +1,19 @@
-"""Plays the real game in a virtual display, from the first menu to the last line of its output: two players
-score, pause, restart and quit, every option is changed, a match runs to its end and is played again. Ends with
-status 0 when the pictures showed all of it; pictures of the way are left in build/end_to_end/.
+"""Plays the real game in a virtual display, where the demonstration leaves something out: both players punch and are
+heard, turn the sound off, restart and quit, every option is changed, the computer's fighter walks, and the program
+ends from the menu and by its window. Ends with status 0 when the pictures showed all of it; pictures of the way are
+left in build/end_to_end/.
 
     local_match.py [program [step...]]"""
 
 import sys
-import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
 
 from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, save_picture, wait_until  # noqa: E402
-from game_pages import (CORNERS, MAIN_ROWS, PAUSE_ROWS, check, check_end, choose, chosen, pause,  # noqa: E402
-                        pick_pause_item, wait_for_main_menu, wait_for_match)
-from game_screens import (BIG, BLACK, DARK, MENU_GREEN, PLAYER_1, PLAYER_2, RED, WHITE, arrows_on, clock,  # noqa: E402
-                          fighter_box, land_punch, places, shows)
+from game_pages import (CORNERS, check, check_end, choose, chosen, pause, pick_pause_item,  # noqa: E402
+                        wait_for_main_menu, wait_for_match)
+from game_screens import BLACK, DARK, PLAYER_1, PLAYER_2, WHITE, clock, land_punch, places, shows  # noqa: E402
 
 OPTION_ROWS = (192, 256, 320)
 
@@ -40,23 +39,10 @@ class Sound:
             return any(file.read())
 
 
-# Main menu
-
-def see_main_menu(game, sound):
+def punch_and_listen(game, sound):
     wait_for_main_menu(game)
-    picture = game.screenshot()
-    for word, row in (("Vantaro", 64), ("Pugnado", 128)):
-        check(f"the title says {word}", shows(picture, word, row, DARK, points=BIG))
-    check("the arrows stand at the first item", arrows_on(picture, (256, 504), MAIN_ROWS) == [1])
-    save_picture(picture, "main_menu")
-
-
-# Match
-
-def play_until_score(game, sound):
     choose(game, "2 Player")
     wait_for_match(game, 120)
-    save_picture(game.screenshot(), "match")
     for player, controls, colour in ((1, PLAYER_1, WHITE), (2, PLAYER_2, BLACK)):
         mark = sound.length()
         points, picture = land_punch(game, controls, player, colour)
@@ -65,43 +51,28 @@ def play_until_score(game, sound):
         save_picture(picture, f"hit_by_player_{player}")
 
 
-def pause_and_resume(game, sound):
+def turn_sound_off(game, sound):
     pause(game)
-    picture = game.screenshot()
-    before = clock(picture)
-    check("the fighters show only faintly", fighter_box(picture, WHITE) is None and fighter_box(picture, BLACK) is None)
-    check("sound is marked", arrows_on(picture, (200, 560), PAUSE_ROWS) == [1])
-    check("the pause menu says that sound is on", shows(picture, "Sound: On", 256, DARK))
-    save_picture(picture, "pause_menu")
-    end = time.monotonic() + 2.5
-    while time.monotonic() < end:
-        check("the clock stands still", clock(game.screenshot()) == before)
     pick_pause_item(game, 1)
     game.wait_until("the sound is off", lambda picture: shows(picture, "Sound: Off", 256, DARK))
     game.press("Escape")
-    after = game.wait_until("the match goes on", lambda picture: places(picture) and clock(picture))
-    check(f"the clock goes on from {before}, not from {after}", after in (before, before - 1))
+    game.wait_until("the match goes on", places)
     mark = sound.length()
     land_punch(game, PLAYER_1, 1, WHITE)
     check("with the sound off nothing is heard", not sound.heard_since(mark))
 
 
-def restart(game, sound):
+def restart_and_quit(game, sound):
     pause(game)
     pick_pause_item(game, 2)
     wait_for_match(game, 120)
-
-
-def quit_to_menu(game, sound):
     pause(game)
     pick_pause_item(game, 3)
     wait_for_main_menu(game)
 
 
-# Options
-
 def change_options(game, sound):
-    """To a short match with the colours swapped, as play_to_the_end finds it."""
+    """The next match lasts a minute, and player 1 is black."""
     def shows_options(*labels):
         game.wait_until(f"the options {labels}", lambda picture: all(
             shows(picture, label, row, DARK) for label, row in zip(labels, OPTION_ROWS)))
@@ -109,49 +80,22 @@ def change_options(game, sound):
     shows_options("Sound: Off", "Difficulty: Easy", "Time: 02:00")
     game.press("Return", "Down", "Return", "Down", "Return", "Down", "Return")
     shows_options("Sound: On", "Difficulty: Hard", "Time: 01:00")
-    save_picture(game.screenshot(), "options")
     game.press("Escape")
     wait_for_main_menu(game)
-
-
-# The end of a match
-
-def play_to_the_end(game, sound):
     choose(game, "2 Player")
-    wait_for_match(game, 60, CORNERS[::-1])  # the black fighter is player 1's now
-    start = time.monotonic()
-    points, _ = land_punch(game, PLAYER_1, 1, BLACK)
-    game.wait_until("the clock at 00:03", lambda picture: clock(picture) == 3, 65)
-    mark = sound.length()
-    game.wait_until("the clock at 00:00", lambda picture: clock(picture) == 0)
-    check("the match lasts a minute", 57.5 < time.monotonic() - start)
-    check("the bell rings", sound.heard_since(mark))
-
-    def over(picture):
-        return (shows(picture, "Game Over", 32, DARK, points=BIG) and shows(picture, f"{points} - 0", 128, DARK)
-                and shows(picture, "Restart Game", 448, RED) and shows(picture, "Main Menu", 512, DARK))
-    game.wait_until(f"the end screen with {points} - 0", over)
-    picture = game.screenshot()
-    check("the background is that of a menu", picture.getpixel((0, 0)) == MENU_GREEN)
-    tops = tuple(fighter_box(picture, colour)[1] for colour in (BLACK, WHITE))
-    check(f"the winner stands at row 34, the loser at 22, not at {tops}", tops == (34, 22))
-    save_picture(picture, "end_screen")
-
-
-def take_rematch(game, sound):
-    game.press("Return")
     wait_for_match(game, 60, CORNERS[::-1])
-    quit_to_menu(game, sound)
+    pause(game)
+    pick_pause_item(game, 3)
 
 
 def leave(game, sound):
+    wait_for_main_menu(game)
     choose(game, "Exit")
     check_end(game)
 
 
 def face_the_cpu(game, sound):
-    """A match of one player: nobody presses a key, and the opponent leaves its corner. Closing the window ends
-    the match and the program."""
+    """Nobody presses a key, and the opponent leaves its corner. Closing the window ends match and program."""
     def walks(picture):
         seen = places(picture)
         return clock(picture) and seen and seen[0] == CORNERS[0] and seen[1] != CORNERS[1]
@@ -162,8 +106,7 @@ def face_the_cpu(game, sound):
     check_end(game)
 
 
-STEPS = (see_main_menu, play_until_score, pause_and_resume, restart, quit_to_menu, change_options, play_to_the_end,
-         take_rematch, leave)
+STEPS = (punch_and_listen, turn_sound_off, restart_and_quit, change_options, leave)
 STEPS_OF_ONE_PLAYER = (face_the_cpu,)
 
 
@@ -174,9 +117,8 @@ def main():
         with Display() as display, Game(display, program, environment=sound.environment) as game:
             game.open_window()
             for step in steps:
-                start = time.monotonic()
                 step(game, sound)
-                print(f"{step.__name__.replace('_', ' ')}: {time.monotonic() - start:.1f} s", flush=True)
+                print(step.__name__.replace("_", " "), flush=True)
 
 
 if __name__ == "__main__":

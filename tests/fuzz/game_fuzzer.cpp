@@ -37,7 +37,7 @@ struct world_record {
   bool offline, mirrored;                         // sockets fail; the peer told its match, however odd
   std::deque<std::pair<std::string, int>> inbox;  // with the sender's number; the peer's is 0
 } world;
-long taken = 0;  // blocks and textures not given back yet
+long taken = 0;  // blocks not given back yet
 
 constexpr struct start {
   int screen, game_mode, page, is_host, paired;
@@ -211,27 +211,6 @@ Uint32 __wrap_SDL_GetTicks() {
 }
 void __wrap_SDL_Delay(Uint32 milliseconds) {
   world.ticks += milliseconds, check_frame(), play();
-}
-SDL_Texture *__real_SDL_CreateTextureFromSurface(SDL_Renderer *, SDL_Surface *);
-SDL_Texture *__wrap_SDL_CreateTextureFromSurface(SDL_Renderer *to, SDL_Surface *from) {
-  return ++taken, __real_SDL_CreateTextureFromSurface(to, from);
-}
-void __real_SDL_DestroyTexture(SDL_Texture *);
-void __wrap_SDL_DestroyTexture(SDL_Texture *texture) {
-  --taken, __real_SDL_DestroyTexture(texture);
-}
-// Few frames are drawn in full: fighters and letters cost more than all the rest.
-bool drawn_in_full() {
-  return context.frame_count % 32 == 31;
-}
-int __real_SDL_RenderCopy(SDL_Renderer *, SDL_Texture *, const SDL_Rect *, const SDL_Rect *);
-int __wrap_SDL_RenderCopy(SDL_Renderer *to, SDL_Texture *texture, const SDL_Rect *from, const SDL_Rect *at) {
-  return drawn_in_full() ? __real_SDL_RenderCopy(to, texture, from, at) : 0;
-}
-SDL_Surface *__real_TTF_RenderUTF8_Solid(TTF_Font *, const char *, SDL_Color);
-SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color) {
-  if (drawn_in_full()) return __real_TTF_RenderUTF8_Solid(font, text, color);
-  return SDL_CreateRGBSurface(0, 1 + static_cast<int>(std::strlen(text)), 1, 8, 0, 0, 0, 0);
 }
 const char *__asan_default_options() {
   return "detect_leaks=0:quarantine_size_mb=1:malloc_context_size=3";

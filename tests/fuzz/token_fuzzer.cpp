@@ -30,34 +30,21 @@ static void check_tokens(const char *text) {
   delete_token_list(&tokens);
 }
 
-// What the room list makes of a message, some time after the last.
-static void check_rooms(const char *text, const message &message, std::uint32_t now, list_node **rooms) {
-  const int before = count_list(*rooms);
-  if (message.letter == 'a')
-    update_peer_list(text, now % 2 == 0 ? "10.0.0.1" : "10.0.0.2", message.room_id, rooms);
-  if (message.letter == 'h') delete_peer_from_list(rooms, message.room_id);
-  const int after = count_list(*rooms);
-  assert(after == before || after - before == (message.letter == 'a' ? 1 : message.letter == 'h' ? -1 : 0));
-  update_peer_heartbeat(now, message.room_id, *rooms);
-  assert(after - check_hart_beat_for_list(rooms, now, 5000) == count_list(*rooms));
-  for (const list_node *node = *rooms; node != nullptr; node = node->next) {
-    const room_record *room = get_peer_from_list(node);
-    assert(ENDS(room->ip) && ENDS(room->name) && ENDS(room->joiner_name) && ENDS(room->room_id));
-  }
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   const std::string input(reinterpret_cast<const char *>(data), size);
   list_node *rooms = nullptr;
-  std::uint32_t now = 1;
   for (std::size_t from = 0; from < size; from += std::strlen(input.c_str() + from) + 1) {
     char *text = strdup(input.c_str() + from);  // past whose end nothing can be read unseen
-    message message = {};
     check_tokens(text);
-    if (message_read(text, &message)) check_rooms(text, message, now += 500, &rooms);
+    message message = {};
+    if (message_read(text, &message)) update_peer_list(text, "10.0.0.1", message.room_id, &rooms);
     assert(ENDS(message.room_id) && ENDS(message.name) && ENDS(message.room.name) &&
            ENDS(message.room.guest_name));
     std::free(text);
+  }
+  for (const list_node *node = rooms; node != nullptr; node = node->next) {
+    const room_record *room = get_peer_from_list(node);
+    assert(ENDS(room->ip) && ENDS(room->name) && ENDS(room->joiner_name) && ENDS(room->room_id));
   }
   delete_list(&rooms);
   return 0;

@@ -11,8 +11,18 @@ world_record world;
 
 namespace {
 
-// Whether this call is to fail; puts it on record if not.
-bool fails(const std::string &function) {
+std::string in_words(long value) {
+  return std::to_string(value) + " ";
+}
+std::string in_words(const char *text) {
+  return std::string(text) + " ";
+}
+std::string in_words(const void *) {
+  return "";
+}
+
+// Whether this call is to fail; puts it on record if not, with its numbers and texts.
+bool fails(const std::string &function, const std::string &arguments = "") {
   const auto found = world.failing.find(function);
   if (found != world.failing.end() && found->second <= 1) {
     if (found->second == 1) world.failing.erase(found);
@@ -20,18 +30,23 @@ bool fails(const std::string &function) {
     return true;
   }
   if (found != world.failing.end()) --found->second;
-  world.calls += function + " ";
+  world.calls += function + " " + arguments;
   world.textures += (function == "SDL_CreateTextureFromSurface") - (function == "SDL_DestroyTexture");
   return false;
+}
+
+template <typename... values>
+std::string list(const values &...arguments) {
+  return (std::string() + ... + in_words(arguments));
 }
 
 }  // namespace
 
 // A function that fails on demand, with `failure` for its result.
-#define WRAP(type, function, failure, parameters, arguments)         \
-  type __real_##function parameters;                                 \
-  type __wrap_##function parameters {                                \
-    return fails(#function) ? failure : __real_##function arguments; \
+#define WRAP(type, function, failure, parameters, arguments)                         \
+  type __real_##function parameters;                                                 \
+  type __wrap_##function parameters {                                                \
+    return fails(#function, list arguments) ? failure : __real_##function arguments; \
   }
 
 extern "C" {
@@ -39,6 +54,8 @@ extern "C" {
 WRAP(void *, calloc, nullptr, (std::size_t count, std::size_t size), (count, size))
 WRAP(int, SDL_Init, -1, (Uint32 flags), (flags))
 WRAP(SDL_bool, SDL_SetHint, SDL_FALSE, (const char *name, const char *value), (name, value))
+WRAP(const char *, SDL_GetCurrentVideoDriver, "offscreen", (), ())
+WRAP(const char *, SDL_GetHint, nullptr, (const char *name), (name))
 WRAP(SDL_Window *, SDL_CreateWindow, nullptr, (const char *title, int x, int y, int w, int h, Uint32 flags),
      (title, x, y, w, h, flags))
 WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * window, int index, Uint32 flags),
@@ -46,9 +63,10 @@ WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * window, int inde
 WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * renderer, SDL_Surface *surface),
      (renderer, surface))
 WRAP(int, IMG_Init, IMG_INIT_JPG, (int flags), (flags))
+WRAP(SDL_Surface *, IMG_Load, nullptr, (const char *path), (path))
+WRAP(SDL_RWops *, SDL_RWFromFile, nullptr, (const char *path, const char *mode), (path, mode))
 WRAP(int, TTF_Init, -1, (), ())
-WRAP(int, Mix_OpenAudio, -1, (int rate, Uint16 format, int channels, int chunk),
-     (rate, format, channels, chunk))
+WRAP(TTF_Font *, TTF_OpenFont, nullptr, (const char *path, int points), (path, points))
 WRAP(void, SDL_DestroyTexture, void(), (SDL_Texture * texture), (texture))
 WRAP(void, TTF_CloseFont, void(), (TTF_Font * font), (font))
 WRAP(void, Mix_FreeChunk, void(), (Mix_Chunk * chunk), (chunk))
@@ -85,6 +103,12 @@ void __wrap_SDL_Delay(Uint32 milliseconds) {
   world.delays.push_back(milliseconds);
   world.ticks += milliseconds;
   if (world.on_delay) world.on_delay();
+}
+
+int __real_Mix_OpenAudio(int rate, Uint16 format, int channels, int chunk);
+int __wrap_Mix_OpenAudio(int rate, Uint16 format, int channels, int chunk) {
+  if (fails("Mix_OpenAudio", list(rate, format, channels, chunk))) return -1;
+  return __real_Mix_OpenAudio(rate, format, channels, 64);  // since closing waits for two chunks
 }
 
 int __wrap_Mix_PlayChannel(int channel, Mix_Chunk *chunk, int loops) {

@@ -23,7 +23,7 @@ struct world_record {
   std::map<std::string, int> failing;  // the call of a function that is to fail from now on, 0 for all
   std::function<void()> on_delay;      // runs in every SDL_Delay
   std::vector<Uint32> delays;          // ms of every SDL_Delay
-  std::string calls;                   // the wrapped functions that succeeded and a blank after each
+  std::string calls;                   // the wrapped functions that succeeded, with their numbers and texts
   int textures = 0;                    // made and not yet destroyed
   std::string sounds;                  // "hit ", "miss ", "bell " as they were played
   std::string box;                     // what the message boxes said
