@@ -44,8 +44,8 @@ def build_package(folder):
     """Packs a copy of the tree, which is gone before the package is used: nothing of it may be needed then."""
     tree = folder / "a tree"
     shutil.copytree(ROOT, tree, ignore=shutil.ignore_patterns("build", ".git"))
-    check_versions(tree)
     package = Path(run(tree / "packaging" / "make_package.sh").splitlines()[-1])
+    check_versions(tree)
     kept = shutil.move(package, folder / package.name)
     shutil.rmtree(tree)
     return kept
