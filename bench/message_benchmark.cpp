@@ -17,6 +17,7 @@
 #include "fight/game_state.h"
 #include "lan/message_interpreter.h"
 #include "lan/messages.h"
+#include "net/message_reader.h"
 #include "net/net.h"
 #include "net/net_socket.h"
 
