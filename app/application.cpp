@@ -37,7 +37,7 @@ bool start_sdl() {
 }
 
 // The display's size is asked for as well, since without a window manager the flag alone changes nothing.
-Uint32 full_screen_flag() {
+Uint32 prepare_full_screen() {
   if (!full_screen) return 0;
   SDL_DisplayMode display;
   if (SDL_GetDesktopDisplayMode(0, &display) == 0) {
@@ -49,7 +49,7 @@ Uint32 full_screen_flag() {
 }
 
 bool create_window() {
-  const Uint32 flags = SDL_WINDOW_SHOWN | full_screen_flag();
+  const Uint32 flags = SDL_WINDOW_SHOWN | prepare_full_screen();
   gWindow = SDL_CreateWindow(window_title, SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, screen_width,
                              screen_height, flags);
   if (gWindow == nullptr) say("Window could not be created! SDL ERROR: %s\n", SDL_GetError());

@@ -66,9 +66,9 @@ command_line command_line_read(int argc, char *const argv[]) {
     if (std::strncmp(argv[i], "--", 2) == 0) {
       take_option(argv[i], &line);
     } else if (++sizes == 1) {
-      screen_width = size_from_text(argv[i], 800);
+      screen_width = size_from_text(argv[i], screen_width);
     } else if (sizes == 2) {
-      screen_height = size_from_text(argv[i], 640);
+      screen_height = size_from_text(argv[i], screen_height);
     }
   }
   return line;

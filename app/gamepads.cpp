@@ -28,6 +28,7 @@ enum pad_control : int {
 using key_set = SDL_Keycode[control_count];
 constexpr key_set menu_keys = {SDLK_LEFT, SDLK_RIGHT, SDLK_UP,     SDLK_DOWN,   SDLK_LEFT,  SDLK_RIGHT,
                                SDLK_UP,   SDLK_DOWN,  SDLK_RETURN, SDLK_ESCAPE, SDLK_ESCAPE};
+// The keys of fighters are those of screens/game_screen.cpp.
 constexpr key_set fighter1_keys = {SDLK_LEFT, SDLK_RIGHT, SDLK_UP,    SDLK_DOWN,    SDLK_LEFT,  SDLK_RIGHT,
                                    SDLK_UP,   SDLK_DOWN,  SDLK_SPACE, SDLK_UNKNOWN, SDLK_ESCAPE};
 constexpr key_set fighter2_keys = {SDLK_a, SDLK_d, SDLK_w,   SDLK_s,       SDLK_a,     SDLK_d,
@@ -61,12 +62,16 @@ struct pad {
 };
 pad pads[2];
 
+bool fought = false;  // whether a match ran at the last translation
+
+bool fights() {
+  return context_state_machine()->current_state == screen_game && current_game()->paused == pause_none;
+}
+
 const key_set &keys_of(const pad &pad) {
-  const context_record *app = context_get();
-  const state_object *state = app->state_machine;
-  const bool fights = state->current_state == screen_game && current_game()->paused == pause_none;
-  if (!fights) return menu_keys;
-  return &pad == &pads[1] && app->game_mode == mode_two_players ? fighter2_keys : fighter1_keys;
+  if (!fights()) return menu_keys;
+  const bool second = &pad == &pads[1] && context_get()->game_mode == mode_two_players;
+  return second ? fighter2_keys : fighter1_keys;
 }
 
 bool is_pressed(SDL_Keycode key) {
@@ -96,6 +101,15 @@ void hold(pad *pad, pad_control control, bool held) {
   if (!held) key = SDLK_UNKNOWN;
   if (changed != SDLK_UNKNOWN && !is_pressed(changed)) queue_key(held ? SDL_KEYDOWN : SDL_KEYUP, changed);
   if (held) key = changed;
+}
+
+// What was pressed in a menu must not move a fighter, least of all the other player's.
+void release_all() {
+  for (pad &pad : pads) {
+    for (int control = 0; control < control_count; ++control) {
+      hold(&pad, static_cast<pad_control>(control), false);
+    }
+  }
 }
 
 void push_button(pad *pad, const SDL_ControllerButtonEvent &event) {
@@ -158,6 +172,8 @@ void gamepads_open() {
 }
 
 void gamepads_translate() {
+  if (fights() && !fought) release_all();
+  fought = fights();
   SDL_GameControllerUpdate();
   SDL_Event event;
   while (SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_CONTROLLERAXISMOTION, SDL_CONTROLLERSENSORUPDATE) > 0) {

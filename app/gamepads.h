@@ -10,8 +10,8 @@
 // Begins to look for pads. Without them, or when SDL cannot look, the game is played by keyboard alone.
 void gamepads_open();
 // Queues the keys that the pads have pressed and released since the last call; those of a pad that was pulled
-// out are released. Once a frame, before the screen's input: no event of a pad is queued in between, where
-// the screen would drop it.
+// out are released, and so is what is held when a match begins or goes on. Once a frame, before the screen's
+// input: no event of a pad is queued in between, where the screen would drop it.
 void gamepads_translate();
 // Forgets the pads; what they held is not released any more.
 void gamepads_close();

@@ -79,10 +79,8 @@ void apply_joined(const message &message, const char *) {
 
 // A start may come before the first announcement since joining; the list of rooms knows the host, too.
 void learn_host_name() {
-  for (const list_node *node = creatorList; node != nullptr; node = node->next) {
-    const room_record *room = get_peer_from_list(node);
-    if (std::strcmp(room->room_id, netInfo.room_id) == 0) copy_text(netInfo.peer_username, room->name);
-  }
+  const room_record *room = find_room(creatorList, netInfo.room_id);
+  if (room != nullptr) copy_text(netInfo.peer_username, room->name);
 }
 
 void apply_start(const message &message, const char *) {

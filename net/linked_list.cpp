@@ -1,7 +1,8 @@
 #include "net/linked_list.h"
 
-#include <cstdio>
 #include <cstdlib>
+
+#include "core/say.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ namespace {
 bool link_in(list_node **link, void *element) {
   list_node *node = static_cast<list_node *>(std::calloc(1, sizeof(list_node)));
   if (node == nullptr) {
-    std::puts("Error, not enough memory");
+    say("Error, not enough memory\n");
     return false;
   }
   node->data = element;
@@ -32,7 +33,7 @@ bool insert(list_node **head, void *element) {
 
 bool insert_after(list_node *node, void *element) {
   if (node == nullptr) {
-    std::puts("The given previous node cannot be NULL");
+    say("The given previous node cannot be NULL\n");
     return false;
   }
   return link_in(&node->next, element);

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 
+#include "core/say.h"
 #include "net/net_socket.h"
 #include "net/networks.h"
 
@@ -18,6 +18,8 @@ socket_length len;
 
 namespace {
 
+std::uint32_t looked = 0;  // tick (ms) of the last look for networks to listen on
+
 constexpr const char *group_address = "239.1.1.1";
 constexpr std::uint16_t game_port = 5555;
 constexpr std::int32_t default_fight_time = 120;  // s
@@ -26,12 +28,13 @@ constexpr int pending_limit = 1000;  // datagrams, more than a socket queues; a 
 
 // Prints `line` and the error code of a step that has failed. Returns whether it was done.
 bool report(bool done, const char *line) {
-  if (!done) std::printf("%s %d\n", line, socket_last_error());
+  if (!done) say("%s %d\n", line, socket_last_error());
   return done;
 }
 
 void reset_record() {
   netInfo = {};
+  looked = 0;
   std::strncpy(netInfo.ip_address, group_address, sizeof netInfo.ip_address - 1);
   netInfo.ip_type = ip_type_v4;
   netInfo.port = game_port;
@@ -147,7 +150,6 @@ int net_init(int mode) {
 }
 
 void net_listen_everywhere(std::uint32_t now) {
-  static std::uint32_t looked = 0;
   if (now - looked < look_period) return;
   looked = now;
   join_group_everywhere(true);
@@ -180,11 +182,11 @@ void net_clear_room_id() {
 
 int net_send_udp_abstract(char destination, const char *buffer, int count) {
   if (!is_destination(destination)) {
-    std::puts("Unkown destination type!");  // spelt so; the line is known
+    say("Unkown destination type!\n");  // spelt so; the line is known
     return 0;
   }
   if (netInfo.ip_type != ip_type_v4) {
-    std::puts("Unknown IP version");
+    say("Unknown IP version\n");
     return 0;
   }
   if (!report(send_to(destination, buffer, count), "Error in sending data -")) return 0;

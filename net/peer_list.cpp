@@ -1,9 +1,9 @@
 #include "net/peer_list.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "core/say.h"
 #include "net/linked_list.h"
 #include "net/message_reader.h"
 #include "net/token_list.h"
@@ -43,7 +43,7 @@ bool is_expired(const room_record *room, std::uint32_t now, int time_out) {
 void update_peer_list(const char *text, const char *sender_ip, const char *room_id, list_node **head) {
   room_record *room = static_cast<room_record *>(std::calloc(1, sizeof(room_record)));
   if (room == nullptr) {
-    std::puts("Error, not enough memory");
+    say("Error, not enough memory\n");
     return;
   }
   read_announcement(text, room);
@@ -60,14 +60,18 @@ int check_peer_node_in_list(const list_node *head, const room_record *candidate)
   return 0;
 }
 
-int update_peer_heartbeat(std::uint32_t now, const char *room_id, list_node *head) {
-  for (list_node *node = head; node != nullptr; node = node->next) {
-    room_record *room = get_peer_from_list(node);
-    if (!has_id(room, room_id)) continue;
-    room->heartbeat = static_cast<std::int32_t>(now);
-    return 1;
+room_record *find_room(const list_node *head, const char *room_id) {
+  for (const list_node *node = head; node != nullptr; node = node->next) {
+    if (has_id(get_peer_from_list(node), room_id)) return get_peer_from_list(node);
   }
-  return 0;
+  return nullptr;
+}
+
+int update_peer_heartbeat(std::uint32_t now, const char *room_id, list_node *head) {
+  room_record *room = find_room(head, room_id);
+  if (room == nullptr) return 0;
+  room->heartbeat = static_cast<std::int32_t>(now);
+  return 1;
 }
 
 void delete_peer_from_list(list_node **head, const char *room_id) {

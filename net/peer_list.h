@@ -29,6 +29,8 @@ extern list_node *creatorList;
 void update_peer_list(const char *text, const char *sender_ip, const char *room_id, list_node **head);
 // 1 when a listed room has the candidate's room_id and ip, else 0.
 int check_peer_node_in_list(const list_node *head, const room_record *candidate);
+// The listed room of that id, still owned by the list; null when there is none.
+room_record *find_room(const list_node *head, const char *room_id);
 // Sets the heartbeat of the room to `now`. 1 when there was such a room, else 0.
 int update_peer_heartbeat(std::uint32_t now, const char *room_id, list_node *head);
 // Removes the room, if it is listed.

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/say.h"
 #include "net/linked_list.h"
 
 namespace {
@@ -53,7 +54,7 @@ message_token *create_token(int number, const char *bytes, int length) {
 bool decode_token(int number, const char *bytes, int length, list_node **head) {
   message_token *token = create_token(number, bytes, length);
   if (token == nullptr) {
-    std::puts("Error, not enough memory");
+    say("Error, not enough memory\n");
     return false;
   }
   if (add_token_to_message_token_list(token, head)) return true;

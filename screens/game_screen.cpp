@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
 #include "core/allocation.h"
 #include "core/context.h"
@@ -108,6 +107,7 @@ void control_fighter(game_state *game, fighter *fighter, const controls &control
   }
 }
 
+// In a LAN match the peer learns of it by the next message, and stands still as well.
 void toggle_pause(game_state *game) {
   if (game->paused == pause_none) {
     game->paused = pause_local;
@@ -170,6 +170,7 @@ bool stands_still(const game_state *game) {
 
 void game_load(game_state *game) {
   const context_record *app = context_get();
+  *game = {};
   game->time_left = app->fight_time;
   game_restart_clock(game);
   const bool lan = context_is_lan();  // where the lobby's colours hold, not the options screen's
@@ -177,20 +178,11 @@ void game_load(game_state *game) {
       fighter_create(&commet_texture, 10, 10, side_left, lan ? netInfo.fighter1_color : app->fighter1_color);
   game->fighter2 =
       fighter_create(&commet_texture, 86, 54, side_right, lan ? netInfo.fighter2_color : app->fighter2_color);
-  game->cpu = nullptr;
   if (app->game_mode == mode_one_player) {
     game->cpu = allocate_record<cpu_logic>("cpu");
     cpu_logic_init(game->cpu);
   }
-  game->distance = 0;
-  game->end_at = 0;
   game->fighting = 1;
-  game->peer_silent = 0;
-  std::memset(game->held, 0, sizeof game->held);
-  game->punch_tells = 0;
-  game->punch_ticks = 0;
-  game->punch_unheard = false;
-  game->paused = pause_none;
   game->pause_selection = pause_item_sound;
 }
 

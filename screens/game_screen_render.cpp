@@ -20,12 +20,12 @@ namespace {
 constexpr SDL_Color ring_edge_color = {0, 90, 100, 255};
 constexpr double clock_row = 0.05;  // of the height left over by the text
 
-// Returns the text's height in pixels, for what is drawn beside it.
+// Returns the text's height in pixels, for what is drawn beside it; 0 when there is no text.
 int draw_centered(const char *text, TTF_Font *font, SDL_Color color, double row, const char *failure_line,
                   bool dimmed = false) {
   texture_replace_text(text, &gTemp, font, color, failure_line);
+  if (gTemp.handle == nullptr) return 0;
   const int height = gTemp.height;
-  if (gTemp.handle == nullptr) return height;
   layout_render_dimmed(&gTemp, 0.5, layout_y(row), dimmed);
   texture_unload(&gTemp);
   return height;

@@ -33,7 +33,7 @@ texture lan_name;
 namespace {
 
 constexpr std::uint32_t send_period = 1000;    // ms between announcements or joined messages
-constexpr int socket_wait = 1000;              // microseconds that a frame waits for the socket
+constexpr int socket_patience = 1000;          // microseconds that a frame waits for the socket
 constexpr std::size_t name_limit = 10;         // bytes of a user name
 constexpr int room_timeout = 5000;             // ms without an announcement until a room leaves the list
 constexpr std::uint32_t start_timeout = 5000;  // ms for which a guest is asked to start
@@ -161,7 +161,7 @@ void leave_name_entry(lan_menu_state *lobby) {
   if (lobby->mode != page_name_entry) net_discard_pending();
   netInfo.is_host = 0;
   if (lobby->mode == page_host_room) {
-    random_bytes(8, netInfo.room_id);
+    random_bytes(room_id_length, netInfo.room_id);
     netInfo.is_host = 1;
     lan_load_time_texture(context_get()->fight_time);  // the text may show another host's time
   }
@@ -177,14 +177,6 @@ bool handle_name_entry(lan_menu_state *lobby, SDL_Keycode key) {
 }
 
 // Room list
-
-const room_record *find_room(const char *room_id) {
-  for (const list_node *node = creatorList; node != nullptr; node = node->next) {
-    const room_record *room = get_peer_from_list(node);
-    if (room_id[0] != '\0' && std::strcmp(room->room_id, room_id) == 0) return room;
-  }
-  return nullptr;
-}
 
 // The host's silence is timed from the last announcement that was heard.
 void join_room(lan_menu_state *lobby, const room_record *room) {
@@ -219,8 +211,9 @@ bool handle_room_list(lan_menu_state *lobby, SDL_Keycode key) {
   if (key == SDLK_UP) move_cursor_up(lobby);
   if (key == SDLK_ESCAPE) lobby->mode = page_name_entry;
   if (key != SDLK_RETURN) return true;
-  const room_record *room = find_room(lobby->selected_room_id);
-  if (room == nullptr) return false;
+  const room_record *room = find_room(creatorList, lobby->selected_room_id);
+  if (room == nullptr || room->room_id[0] == '\0')
+    return false;  // nobody can be told of a room without an id
   join_room(lobby, room);
   return true;
 }
@@ -413,7 +406,7 @@ void lan_update() {
   lan_menu_state *lobby = current_lobby();
   if (context_state_machine()->next_state == screen_quit) return;  // whoever has said goodbye is silent
   if (lobby->start_requested != 0) request_start(lobby);
-  const int ready = net_check_descriptor(0, socket_wait, net_readable | net_writable);
+  const int ready = net_check_descriptor(0, socket_patience, net_readable | net_writable);
   update_page(lobby, ready);
   check_hart_beat_for_list(&creatorList, SDL_GetTicks(), room_timeout);
 }

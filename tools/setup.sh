@@ -65,7 +65,7 @@ install_packages() {
 # be written.
 check_writable() {
   if mkdir -p "$1" 2>/dev/null &&
-    [[ -z $(find build -maxdepth 1 ! -writable -print -quit; find "$1" ! -writable -print -quit) ]]; then
+    [[ -z $(find build -maxdepth 1 ! -type l ! -writable -print -quit; find "$1" ! -type l ! -writable -print -quit) ]]; then
     return 0
   fi
   if [[ -w . ]]; then
