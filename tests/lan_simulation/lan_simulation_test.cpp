@@ -125,9 +125,9 @@ bool have_names() {
 
 void join() {
   set_wishes(host_room, join_room);
-  const bool joined = run(30'000, has_joined);
+  run(30'000, has_joined);
   run(2000);
-  nameless.count(!joined || !run(5000, have_names));
+  nameless.count(!run(15'000, [] { return has_joined() && have_names(); }));
 }
 
 // By the seed the guest leaves, or is kicked, or the host makes another room, and it joins again; or somebody
@@ -182,6 +182,7 @@ bool end(unsigned seed) {
   const bool disconnected = host.texts.contains("Disconnected") || guest.texts.contains("Disconnected");
   disagreeing.count(a == nullptr || b == nullptr || a->score1 != b->score1 || a->score2 != b->score2 ||
                     disconnected);
+  if (seed % 8 == 0) return true;  // the clock's owner has left before the last punches
   hits_unheard.count(std::abs(host.heard[1] - guest.heard[1]), host.heard[1]);
   misses_unheard.count(std::abs(host.heard[0] - guest.heard[0]), host.heard[0] - 1);  // and the bell
   return true;
@@ -189,7 +190,7 @@ bool end(unsigned seed) {
 
 void episode(unsigned seed, unsigned percent) {
   referee referee;
-  begin(seed, percent);
+  begin(seed, percent, seed % 4 == 0 ? 30 : 2);
   loses = [&](unsigned, const std::string &bytes) {
     if (bytes[0] == 'e') referee.told[host.net->sent_msg_number] = view_of(host);
     return false;
@@ -237,6 +238,7 @@ TEST(lan_simulation, leaves_nobody_behind) {
   for (unsigned seed = 0; seed < runs; ++seed) {
     SCOPED_TRACE(seed);
     begin(seed, weathers[seed % 3], seed % 2 == 0 ? 2 : 30);
+    loses = [](unsigned, const std::string &) { return now / 3000 % 4 == 0; };  // for three seconds, all
     third.stopped_until = 0;
     int lost_names = 0;
     long long open = 0;
@@ -251,8 +253,9 @@ TEST(lan_simulation, leaves_nobody_behind) {
     }
     run(30'000);
     percent_lost = 0;
-    for (machine &machine : machines) machine.on_frame = rest;
-    run(15'000);
+    loses = {};
+    for (machine &machine : machines) machine.stopped_until = 0, machine.on_frame = rest;
+    run(6500);
     EXPECT_TRUE(run(100, [] { return std::ranges::all_of(machines, agrees); }));
     for (machine &machine : machines) machine.wish = be_home, machine.on_frame = play;
     EXPECT_TRUE(run(10'000, [] { return std::ranges::all_of(machines, menu_of); }));
