@@ -32,7 +32,7 @@ struct memory {
   long anonymous;  // KiB of it that are no pages of files: heap, stack, variables
 };
 
-int entered[screen_quit + 1];  // times that each screen_id came up
+int entered[screen_id_count];  // times that each screen_id came up
 
 int frames = 0;
 int frames_to_play = 10 * frames_per_minute;

@@ -17,6 +17,7 @@ enum screen_id : int {
   screen_end = 4,
   screen_options = 5,
   screen_quit = 6,  // the main loop ends; the old screen stays loaded until the teardown
+  screen_id_count,  // one more than the last
 };
 
 // One row of the table of screens.

@@ -13,7 +13,8 @@ rm -f build/package/*.deb  # of other versions, so that one is there to install
 umask 022  # the folders in the package take their permissions from it
 log=build/package.log
 version=$(packaging/version.sh)
-if ! cpack --config build/release/CPackConfig.cmake -D CPACK_DEBIAN_PACKAGE_VERSION="$version" -B "$PWD/build/package" >"$log" 2>&1; then
+if ! cpack --config build/release/CPackConfig.cmake -D CPACK_DEBIAN_PACKAGE_VERSION="$version" \
+  -B "$PWD/build/package" >"$log" 2>&1; then
   cat "$log" >&2
   exit 1
 fi

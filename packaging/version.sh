@@ -11,7 +11,9 @@ in_git() { git -c safe.directory="$PWD" "$@"; }
 
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
 commits=0
-if [[ -e .git ]] && command -v git >/dev/null; then
+if [[ -e .git ]] && ! command -v git >/dev/null; then
+  echo "Without git the package gets the plain version $version." >&2
+elif [[ -e .git ]]; then
   release=$(in_git rev-parse --quiet --verify "v$version^{commit}" ||
     in_git log -1 --format=%H -S"project(vantaro-pugnado VERSION $version " -- CMakeLists.txt)
   commits=$(in_git rev-list --count "${release:-HEAD}..HEAD")

@@ -2,8 +2,10 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 
 #include "core/context.h"
 #include "core/state_machine.h"
@@ -47,6 +49,9 @@ constexpr item items[main_menu_item_count] = {
     {"Options", no_mode, screen_options},
     {"Exit", no_mode, screen_quit},
 };
+static_assert(std::ranges::all_of(items, [](const item &item) {
+  return std::string_view(item.label).size() < sizeof main_menu_screen::labels[0];
+}));
 
 void load_title(main_menu_screen *menu) {
   for (int i = 0; i < 4; ++i) {

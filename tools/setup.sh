@@ -22,7 +22,7 @@ windows_packages=(
 # To play it there.
 wine_packages=(wine64)
 # To look through the sources.
-analysis_packages=(clang-format clang-tidy cppcheck)
+analysis_packages=(clang-format clang-tidy cppcheck git)
 # To measure.
 bench_packages=(libbenchmark-dev)
 # To fuzz.
@@ -69,16 +69,18 @@ check_writable() {
     return 0
   fi
   if [[ -w . ]]; then
-    echo "$PWD/build cannot be written to by ${USER:-you}. Remove it: sudo rm -r '$PWD/build'" >&2
+    echo "$PWD/build cannot be written to by ${USER:-you}. Remove it as root: rm -r '$PWD/build'" >&2
   else
     echo "$PWD cannot be written to by ${USER:-you}. Copy it to a folder of your own and start there." >&2
   fi
   return 1
 }
 
-# fresh_where_moved FOLDER: prints CMake's option for a build folder that was made for another place.
+# fresh_where_moved FOLDER: prints CMake's option for a build folder that was made for another place, and has Ninja
+# forget what it found out there: it would look there for the headers.
 fresh_where_moved() {
   if [[ -e $1/CMakeCache.txt ]] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$1/CMakeCache.txt"; then
+    rm -f "$1"/.ninja_{deps,log}
     echo --fresh
   fi
 }
