@@ -30,8 +30,10 @@ namespace {
 constexpr double host_column = 0.25;
 constexpr double guest_column = 0.75;
 
-int row_top(int tenths) {
-  return static_cast<int>(context_get()->window_height * tenths * 0.1);
+// In the type that the array has: at some heights the last digit decides about a pixel.
+template <typename number>
+int row_top(number tenths) {
+  return static_cast<int>(static_cast<number>(context_get()->window_height) * tenths * 0.1);
 }
 
 bool has_width(const char *text) {
@@ -60,15 +62,15 @@ void draw_players(const char *host_name, const char *guest_name, bool guest_dimm
   draw_text(host_name, host_column, layout_y(0.4), false);
   draw_text(guest_name, guest_column, layout_y(0.4), guest_dimmed);
   preview_render();
-  layout_render_centered(&lan_time, 0.5, layout_y(0.65));
+  layout_render_centered(&lan_time, 0.5, row_top(menu_array_host[host_time]));
 }
 
 void render_name_entry(const lan_menu_state *lobby) {
   const bool nameless = netInfo.username[0] == '\0';
   menu_render_arrows(&lan_name, row_top(menu_array[lobby->name_selection]));
-  layout_render_centered(&lan_name, 0.5, layout_y(0.4));
-  layout_render_dimmed(&lan_join, 0.5, layout_y(0.5), nameless);
-  layout_render_dimmed(&lan_create, 0.5, layout_y(0.6), nameless);
+  layout_render_centered(&lan_name, 0.5, row_top(menu_array[entry_name]));
+  layout_render_dimmed(&lan_join, 0.5, row_top(menu_array[entry_join]), nameless);
+  layout_render_dimmed(&lan_create, 0.5, row_top(menu_array[entry_create]), nameless);
 }
 
 void render_room_list(const lan_menu_state *) {
@@ -77,14 +79,12 @@ void render_room_list(const lan_menu_state *) {
 }
 
 void render_host_room(const lan_menu_state *lobby) {
-  const float row = menu_array_host[lobby->host_selection];
   const bool alone = netInfo.guest_joined != 1;
-  menu_render_arrows(&lan_start_game,
-                     static_cast<int>(static_cast<float>(context_get()->window_height) * row * 0.1));
+  menu_render_arrows(&lan_start_game, row_top(menu_array_host[lobby->host_selection]));
   draw_room_line();
   draw_players(netInfo.username, netInfo.guest_joined != 0 ? netInfo.peer_username : "?", alone);
-  layout_render_dimmed(&lan_start_game, 0.5, layout_y(0.75), alone);
-  layout_render_dimmed(&lan_kick, 0.5, layout_y(0.85), alone);
+  layout_render_dimmed(&lan_start_game, 0.5, row_top(menu_array_host[host_start]), alone);
+  layout_render_dimmed(&lan_kick, 0.5, row_top(menu_array_host[host_kick]), alone);
 }
 
 // The guest is whom the host announces. Until it announces one, this player waits there, dimmed.
@@ -101,7 +101,7 @@ constexpr void (*page_renderers[])(const lan_menu_state *lobby) = {render_name_e
 void draw_room(const room_record *room, int row) {
   char text[32];
   std::snprintf(text, sizeof text, "%s (%s)", room->name, room->room_id);
-  draw_text(text, 0.5, row_top(row + 4), false);
+  draw_text(text, 0.5, row_top(menu_array_created_games[row]), false);
 }
 
 void draw_scroll_marks(int rooms, int shown_up_to) {
