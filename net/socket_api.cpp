@@ -10,9 +10,10 @@
 #include <sys/select.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
 #endif
+
+#include <cerrno>
 
 namespace {
 
@@ -246,7 +247,9 @@ int socket_wait(socket_handle socket, int sets, int seconds, int microseconds) {
   if ((sets & socket_writable) != 0) FD_SET(socket, &write_set);
   timeval wait = {seconds, microseconds};
   const int highest = static_cast<int>(socket) + 1;  // Winsock takes no notice of it
-  if (select(highest, &read_set, &write_set, nullptr, &wait) < 0) return -1;
+  if (select(highest, &read_set, &write_set, nullptr, &wait) < 0) {
+    return socket_last_error() == EINTR ? 0 : -1;  // a signal, such as that of Ctrl+C, ends the wait early
+  }
   return (FD_ISSET(socket, &read_set) ? socket_readable : 0) |
          (FD_ISSET(socket, &write_set) ? socket_writable : 0);
 }

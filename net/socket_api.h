@@ -79,6 +79,6 @@ int socket_send(socket_handle socket, const char *bytes, int count, const sockad
 int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *from, socket_length *length);
 // The sender of the datagram that is next in the queue and stays there. False when there is none.
 bool socket_peek(socket_handle socket, sockaddr_in *from);
-// Waits until the socket is ready in one of `sets` (socket_sets), at most the given time. Returns the sets it
-// is ready in, 0 when the time has passed, or -1.
+// Waits until the socket is ready in one of `sets` (socket_sets), at most the given time and at most until a
+// signal comes. Returns the sets it is ready in, 0 for none, or -1.
 int socket_wait(socket_handle socket, int sets, int seconds, int microseconds);
