@@ -14,6 +14,9 @@ commits=0
 if [[ -e .git ]] && ! command -v git >/dev/null; then
   echo "Without git the package gets the plain version $version." >&2
 elif [[ -e .git ]]; then
+  if [[ $(in_git rev-parse --is-shallow-repository) == true ]]; then
+    echo "This clone is shallow: the package's version counts only the commits that are here." >&2
+  fi
   release=$(in_git rev-parse --quiet --verify "v$version^{commit}" ||
     in_git log -1 --format=%H -S"project(vantaro-pugnado VERSION $version " -- CMakeLists.txt)
   commits=$(in_git rev-list --count "${release:-HEAD}..HEAD")

@@ -13,7 +13,7 @@ source tools/setup.sh
 
 # format OPTION...: runs clang-format on every C++ file, those of tests and benchmarks included.
 format() {
-  git ls-files -z --cached --others --exclude-standard '*.cpp' '*.h' |
+  git -c safe.directory="$PWD" ls-files -z --cached --others --exclude-standard '*.cpp' '*.h' |
     xargs -0 -n 12 -P "$(nproc)" clang-format "$@"
 }
 

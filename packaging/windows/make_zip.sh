@@ -7,6 +7,7 @@ cd "$(dirname "$(realpath "${BASH_SOURCE[0]}")")/../.."
 # shellcheck source=tools/setup.sh
 source tools/setup.sh
 
+check_writable build/windows
 packaging/windows/make_libraries.sh
 build_preset windows
 
