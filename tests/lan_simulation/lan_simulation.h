@@ -39,7 +39,6 @@ struct machine {
   std::map<SDL_Keycode, long long> held = {};        // keys that are down, and until when
   std::deque<SDL_Event> events = {};                 // for the next frame
   long long closing = 0;                             // since when the window is to close; 0: it does not
-  std::set<std::string> texts = {};                  // all that was drawn since it was cleared
   int heard[2] = {};                                 // other sounds, and hits
   std::multimap<long long, std::string> inbox = {};  // by arrival; a byte with the sender's number in front
   std::mt19937 random = {};                          // the player's, and that of what is sent from here
@@ -50,13 +49,14 @@ struct machine {
 extern machine machines[3];  // running their programs until the process ends
 extern machine &host, &guest, &third;
 extern long long now;
-extern unsigned percent_lost;  // of the datagrams
+extern unsigned percent_lost;        // of the datagrams
+extern std::set<std::string> texts;  // all that any machine has drawn since it was cleared
 
 // Runs for that long, or until the condition holds, asked for after every step. Returns whether it held.
 bool run(long long duration, const std::function<bool()> &until = {});
-// Begins anew at the main menus, later than all that the games may remember. A datagram takes up to `slowest`
-// ms, and sometimes four times as long.
-void begin(unsigned seed, unsigned percent = 0, unsigned slowest = 2);
+// Begins anew at the main menus, later than all that the games may remember, on a network that is slow for
+// every fourth seed and loses nothing.
+void begin(unsigned seed);
 
 // A key goes down, unless it is, and up again after that time. SDLK_a types the next letter of the name.
 void press(machine &machine, SDL_Keycode key, long long duration);

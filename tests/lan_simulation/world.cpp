@@ -1,7 +1,6 @@
 #include <SDL_mixer.h>
 #include <SDL_ttf.h>
 #include <dlfcn.h>
-#include <sched.h>
 
 #include <algorithm>
 #include <semaphore>
@@ -15,6 +14,7 @@ machine machines[3] = {{0, "Zoë", 400, 320}, {1, "Bob", 800, 640}, {2, "Carol-A
 machine &host = machines[0], &guest = machines[1], &third = machines[2];
 long long now;
 unsigned percent_lost;
+std::set<std::string> texts;
 
 namespace {
 
@@ -48,26 +48,9 @@ void run_machine(machine &own) {
   }
 }
 
-// The threads take turns, which is quickest on one processor.
 void start_machines() {
-  cpu_set_t processor;
-  CPU_ZERO(&processor);
-  CPU_SET(sched_getcpu(), &processor);
-  sched_setaffinity(0, sizeof processor, &processor);
   for (const char *variable : {"SDL_VIDEODRIVER", "SDL_AUDIODRIVER"}) setenv(variable, "dummy", 1);
   for (machine &machine : machines) std::thread(run_machine, std::ref(machine)).detach();
-}
-
-void reset(machine &own, unsigned seed) {
-  own = {own.number, own.name, own.width, own.height, own.net, own.context, own.hit_sound};
-  own.random.seed(3 * seed + own.number);
-  own.wake = now + own.random() % 33;
-  own.ticks_ahead = own.number * 12'345;
-  own.clock_ahead = own.random() % 1000;
-  own.on_frame = play;
-  own.net->username[0] = '\0';
-  own.context->frame_count = 0;
-  own.context->fight_time = 7;
 }
 
 // Some datagrams are overtaken, and some come twice.
@@ -100,17 +83,27 @@ bool run(long long duration, const std::function<bool()> &until) {
   return false;
 }
 
-void begin(unsigned seed, unsigned percent, unsigned slowest) {
+void begin(unsigned seed) {
   if (host.net == nullptr) start_machines();
   now = (now / 1'000'000 + 1) * 1'000'000;
-  for (machine &machine : machines) machine.stopped_until = 0, machine.on_frame = {}, machine.events.clear();
+  for (machine &own : machines) own.stopped_until = 0, own.on_frame = {}, own.events.clear();
   run(700);  // what has ended starts again
-  for (machine &machine : machines) machine.context->state_machine->next_state = screen_main_menu;
+  for (machine &own : machines) own.context->state_machine->next_state = screen_main_menu;
   run(300);
-  for (machine &machine : machines) reset(machine, seed);
   std::srand(seed);
-  percent_lost = percent;
-  slowest_way = slowest;
+  percent_lost = 0;
+  slowest_way = seed % 4 == 0 ? 30 : 2;
+  for (machine &own : machines) {
+    own = {own.number, own.name, own.width, own.height, own.net, own.context, own.hit_sound};
+    own.random.seed(3 * seed + own.number);
+    own.wake = now + own.random() % 33;
+    own.ticks_ahead = own.number * 12'345;
+    own.clock_ahead = own.random() % 1000;
+    own.on_frame = play;
+    own.net->username[0] = '\0';
+    own.context->frame_count = 0;
+    own.context->fight_time = 7;
+  }
 }
 
 extern "C" std::time_t time(std::time_t *) noexcept {
@@ -139,7 +132,7 @@ int SDL_PeepEvents(SDL_Event *event, int, SDL_eventaction, Uint32 first, Uint32 
 }
 
 SDL_Surface *TTF_RenderUTF8_Solid(TTF_Font *, const char *text, SDL_Color) {
-  self->texts.insert(text);
+  texts.insert(text);
   return SDL_CreateRGBSurface(0, 1, 1, 32, 0, 0, 0, 0);
 }
 
