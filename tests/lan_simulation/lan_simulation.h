@@ -42,7 +42,7 @@ struct machine {
   int heard[2] = {};                                 // other sounds, and hits
   std::multimap<long long, std::string> inbox = {};  // by arrival; a byte with the sender's number in front
   std::mt19937 random = {};                          // the player's, and that of what is sent from here
-  long long ticks_ahead = 0, clock_ahead = 0;        // of SDL's ticks and of the wall clock
+  long long clock_ahead = 0;                         // of the wall clock
   long long wake = 0, stopped_until = 0;             // when it goes on, and the earliest at all
   bool listening = false;                            // a datagram wakes it
 };
@@ -55,12 +55,12 @@ extern std::set<std::string> texts;  // all that any machine has drawn since it 
 // Runs for that long, or until the condition holds, asked for after every step. Returns whether it held.
 bool run(long long duration, const std::function<bool()> &until = {});
 // Begins anew at the main menus, later than all that the games may remember, on a network that is slow for
-// every fourth seed and loses nothing.
+// every fourth seed.
 void begin(unsigned seed);
 
 // A key goes down, unless it is, and up again after that time. SDLK_a types the next letter of the name.
 void press(machine &machine, SDL_Keycode key, long long duration);
-// A frame of a player who only lets go of keys; what is still held repeats.
+// A frame of a player who only lets go of keys.
 void rest(machine &machine);
 // A frame of a player who does what is wished and fights, fiddling with the keys all the time.
 void play(machine &machine);

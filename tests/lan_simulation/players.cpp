@@ -4,10 +4,9 @@
 
 namespace {
 
-SDL_Event key_event(Uint32 type, SDL_Keycode code, bool repeats) {
+SDL_Event key_event(Uint32 type, SDL_Keycode code) {
   SDL_Event event = {.type = type};
   event.key.keysym.sym = code;
-  event.key.repeat = repeats;
   return event;
 }
 
@@ -40,8 +39,7 @@ SDL_Keycode in_lobby(const machine &own, const lan_menu_state &lobby) {
 SDL_Keycode in_match(const machine &own, const game_state &match) {
   const bool leaves = own.wish == be_home || own.context->game_mode != mode_lan;
   if (leaves && match.paused != pause_none) return to_row(match.pause_selection, pause_item_quit);
-  const bool resumes = match.paused == pause_local && own.wish != be_idle;
-  return leaves || resumes ? SDLK_ESCAPE : SDLK_UNKNOWN;
+  return leaves || (match.paused == pause_local && own.wish != be_idle) ? SDLK_ESCAPE : SDLK_UNKNOWN;
 }
 
 // The key that leads from what is shown to what is wished.
@@ -71,7 +69,7 @@ void fight(machine &own, const game_state &match) {
 
 void press(machine &machine, SDL_Keycode key, long long duration) {
   if (!machine.held.emplace(key, now + duration).second) return;
-  machine.events.push_back(key_event(SDL_KEYDOWN, key, false));
+  machine.events.push_back(key_event(SDL_KEYDOWN, key));
   if (key != SDLK_a) return;
   const std::size_t at = std::string(machine.net->username).size();
   SDL_Event typed = {.type = SDL_TEXTINPUT};
@@ -80,11 +78,10 @@ void press(machine &machine, SDL_Keycode key, long long duration) {
 }
 
 void rest(machine &machine) {
-  const auto is_up = [](const auto &key) { return key.second <= now; };
-  for (const auto &key : machine.held) {
-    machine.events.push_back(key_event(is_up(key) ? SDL_KEYUP : SDL_KEYDOWN, key.first, !is_up(key)));
+  for (const auto &[key, until] : machine.held) {
+    if (until <= now) machine.events.push_back(key_event(SDL_KEYUP, key));
   }
-  std::erase_if(machine.held, is_up);
+  std::erase_if(machine.held, [](const auto &key) { return key.second <= now; });
 }
 
 void play(machine &machine) {
