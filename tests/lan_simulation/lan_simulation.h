@@ -1,8 +1,8 @@
 #pragma once
 
-// Three machines run the whole game, on a network and with clocks that are simulated, so that the same seed
-// gives the same run. Times are milliseconds, and pass only while machines sleep or wait for their sockets.
-// Players look at what is shown, and act by keys and by closing the window.
+// Three machines run the whole game, on a network and with clocks that are simulated, so that every run of
+// the program is the same. Times are milliseconds, and pass only while machines sleep or wait for their
+// sockets. Players look at what is shown, and act by keys and by closing the window.
 
 #include <SDL.h>
 
@@ -27,7 +27,7 @@ enum wish : int { be_idle, be_home, join_room, host_room, start_match, kick_gues
 struct machine {
   unsigned number;
   std::string name;               // of its player
-  int width, height;              // of its window
+  std::string size[2];            // of its window: width and height
   network_record *net = nullptr;  // of the game that runs here, as are the next two
   context_record *context = nullptr;
   void **hit_sound = nullptr;

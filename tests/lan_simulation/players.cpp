@@ -103,6 +103,6 @@ void wander(machine &machine) {
   if (draw % 64 == 2) press(machine, keys[pick % std::size(keys)], pick / 16 % 500);
   if (draw % 1024 == 3) machine.events.push_back({.type = SDL_QUIT}), machine.closing = now;
   if (draw % 1024 == 4) machine.stopped_until = now + static_cast<int>(pick % 8000);
-  if (draw % 1024 == 5) machine.clock_ahead += static_cast<int>(pick % 200'000) - 100'000;
+  if (draw % 256 == 5) machine.clock_ahead += static_cast<int>(pick % 200'000) - 100'000;
   play(machine);
 }
