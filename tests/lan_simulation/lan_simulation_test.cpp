@@ -112,7 +112,7 @@ void play_to_the_end(unsigned seed) {
     const bool pauses = seed % 2 == 0 || match_of(host)->time_left <= 1;
     for (machine *own : {&host, &guest}) {
       if (pauses) press(*own, SDLK_ESCAPE, 20);
-      run(own->random() % 60);
+      run(own->random() % 20);
     }
     run(host.random() % 800);
   }

@@ -23,7 +23,7 @@ namespace {
 thread_local machine *self;  // null on the threads of the libraries and of the test
 using semaphore = std::binary_semaphore;
 semaphore turns[] = {semaphore(0), semaphore(0), semaphore(0)}, test_turn(0);
-unsigned slowest_way;  // ms; some take four times as long, and are overtaken
+unsigned slowest_way;  // ms; some take twice as long, and are overtaken
 
 void sleep_until(long long wake) {
   self->wake = wake;
@@ -158,7 +158,7 @@ int socket_send(socket_handle, const char *bytes, int count, const sockaddr_in &
   for (machine &other : machines) {
     const bool meant = &other != self && (address >> 24 == 239 || address == 0x0A000001U + other.number);
     if (!meant || self->random() % 100 < percent_lost) continue;
-    const int way = static_cast<int>(self->random() % slowest_way) * (self->random() % 8 == 0 ? 4 : 1);
+    const int way = static_cast<int>(self->random() % slowest_way) * (self->random() % 8 == 0 ? 2 : 1);
     other.inbox.emplace(now + way, static_cast<char>(self->number) + text);
     if (other.listening) other.wake = std::min(other.wake, now + way);
   }
