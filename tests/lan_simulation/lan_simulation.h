@@ -1,8 +1,8 @@
 #pragma once
 
-// Three machines run the whole game, on a network and with clocks that are simulated, so that the same seed
-// gives the same run. Times are milliseconds, and pass only while machines sleep or wait for their sockets.
-// Players look at what is shown, and act by keys and by closing the window.
+// Three machines run the whole game, on a network and with clocks that are simulated, so that every run of
+// the program is the same. Times are milliseconds, and pass only while machines sleep or wait for their
+// sockets. Players look at what is shown, and act by keys and by closing the window.
 
 #include <SDL.h>
 
@@ -10,7 +10,6 @@
 #include <functional>
 #include <map>
 #include <random>
-#include <semaphore>
 #include <set>
 #include <string>
 
@@ -19,7 +18,6 @@
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 #include "lan/lan_room.h"
-#include "net/linked_list.h"
 #include "net/net.h"
 #include "screens/end_menu.h"
 #include "screens/main_menu.h"
@@ -28,12 +26,12 @@ enum wish : int { be_idle, be_home, join_room, host_room, start_match, kick_gues
 
 struct machine {
   unsigned number;
-  const char *name;               // of its player
-  int width, height;              // of its window
-  network_record *net = nullptr;  // of the game that runs here, as are the next three
+  std::string name;               // of its player
+  std::string size[2];            // of its window: width and height
+  network_record *net = nullptr;  // of the game that runs here, as are the next two
   context_record *context = nullptr;
-  list_node **room_list = nullptr;
   void **hit_sound = nullptr;
+  // What follows is new in every run.
   std::function<void(machine &)> on_frame = {};      // at the end of every frame
   enum wish wish = be_idle;                          // of the player
   std::size_t to_join = 0;                           // whose room
@@ -41,31 +39,28 @@ struct machine {
   std::map<SDL_Keycode, long long> held = {};        // keys that are down, and until when
   std::deque<SDL_Event> events = {};                 // for the next frame
   long long closing = 0;                             // since when the window is to close; 0: it does not
-  std::set<std::string> texts = {};                  // all that was drawn since it was cleared
   int heard[2] = {};                                 // other sounds, and hits
   std::multimap<long long, std::string> inbox = {};  // by arrival; a byte with the sender's number in front
   std::mt19937 random = {};                          // the player's, and that of what is sent from here
-  long long ticks_ahead = 0, clock_ahead = 0;        // of SDL's ticks and of the wall clock
+  long long clock_ahead = 0;                         // of the wall clock
   long long wake = 0, stopped_until = 0;             // when it goes on, and the earliest at all
   bool listening = false;                            // a datagram wakes it
-  std::binary_semaphore turn{0};
 };
 extern machine machines[3];  // running their programs until the process ends
 extern machine &host, &guest, &third;
 extern long long now;
-extern unsigned percent_lost;                                             // of the datagrams
-extern std::function<bool(unsigned to, const std::string &bytes)> loses;  // is shown every other one
+extern unsigned percent_lost;        // of the datagrams
+extern std::set<std::string> texts;  // all that any machine has drawn since it was cleared
 
 // Runs for that long, or until the condition holds, asked for after every step. Returns whether it held.
 bool run(long long duration, const std::function<bool()> &until = {});
-// Begins anew at the main menus, later than all that the games may remember; without the third machine. A
-// datagram takes up to `slowest` ms, and sometimes four times as long.
-void begin(unsigned seed, unsigned percent = 0, unsigned slowest = 2);
+// Begins anew at the main menus, later than all that the games may remember, on a network that is slow for
+// every fourth seed.
+void begin(unsigned seed);
 
 // A key goes down, unless it is, and up again after that time. SDLK_a types the next letter of the name.
 void press(machine &machine, SDL_Keycode key, long long duration);
-void close_window(machine &machine);
-// A frame of a player who only lets go of keys; what is still held repeats.
+// A frame of a player who only lets go of keys.
 void rest(machine &machine);
 // A frame of a player who does what is wished and fights, fiddling with the keys all the time.
 void play(machine &machine);

@@ -4,96 +4,72 @@
 #include <sched.h>
 
 #include <algorithm>
+#include <semaphore>
 #include <thread>
 
 #include "lan_simulation.h"
 #include "net/networks.h"
 #include "net/socket_api.h"
 
-machine machines[3] = {{0, "Zoë", 400, 320}, {1, "Bob", 800, 640}, {2, "Carol-Anne", 80, 64}};
+machine machines[3] = {
+    {0, "Zoë", {"400", "320"}}, {1, "Bob", {"800", "640"}}, {2, "Carol-Anne", {"80", "64"}}};
 machine &host = machines[0], &guest = machines[1], &third = machines[2];
 long long now;
 unsigned percent_lost;
-std::function<bool(unsigned to, const std::string &bytes)> loses;
+std::set<std::string> texts;
 
 namespace {
 
 thread_local machine *self;  // null on the threads of the libraries and of the test
-std::binary_semaphore test_turn(0);
-unsigned slowest_way;
+using semaphore = std::binary_semaphore;
+semaphore turns[] = {semaphore(0), semaphore(0), semaphore(0)}, test_turn(0);
+unsigned slowest_way;  // ms; some take twice as long, and are overtaken
 
-void sleep_until(long long wake, bool listening) {
+void sleep_until(long long wake) {
   self->wake = wake;
-  self->listening = listening;
   test_turn.release();
-  self->turn.acquire();
-}
-
-long long due(const machine &machine) {
-  const bool by_mail =
-      machine.listening && !machine.inbox.empty() && machine.inbox.begin()->first < machine.wake;
-  return std::max({by_mail ? machine.inbox.begin()->first : machine.wake, machine.stopped_until, now});
+  turns[self->number].acquire();
 }
 
 // Whenever the program ends, its player soon starts it again.
-void run_program(machine &own, int (*program)(int, char **)) {
+void run_machine(machine &own) {
   self = &own;
-  own.turn.acquire();
+  turns[own.number].acquire();
+  void *library = dlopen((MACHINES + std::to_string(own.number) + ".so").c_str(), RTLD_NOW | RTLD_LOCAL);
+  own.net = static_cast<network_record *>(dlsym(library, "netInfo"));
+  own.context = static_cast<context_record *>(dlsym(library, "context"));
+  own.hit_sound = static_cast<void **>(dlsym(library, "gPunchHit"));
+  const auto program = reinterpret_cast<int (*)(int, char **)>(dlsym(library, "_Z9game_mainiPPc"));
+  char *arguments[] = {nullptr, own.size[0].data(), own.size[1].data()};
   for (;;) {
-    const long long started = now;
-    std::string size[] = {std::to_string(own.width), std::to_string(own.height)};
-    char *arguments[] = {nullptr, size[0].data(), size[1].data()};
     program(3, arguments);
     own.events.clear();
     own.closing = 0;
-    if (now == started) std::abort();  // it could not start
-    sleep_until(now + 500, false);
+    sleep_until(now + 500);
   }
 }
 
-void start(machine &started) {
-  void *library = dlopen((MACHINES + std::to_string(started.number) + ".so").c_str(), RTLD_NOW | RTLD_LOCAL);
-  started.net = static_cast<network_record *>(dlsym(library, "netInfo"));
-  started.context = static_cast<context_record *>(dlsym(library, "context"));
-  started.room_list = static_cast<list_node **>(dlsym(library, "creatorList"));
-  started.hit_sound = static_cast<void **>(dlsym(library, "gPunchHit"));
-  const auto program = reinterpret_cast<int (*)(int, char **)>(dlsym(library, "_Z9game_mainiPPc"));
-  std::thread(run_program, std::ref(started), program).detach();
-}
-
 // The threads take turns, which is quickest on one processor.
-void start_programs() {
-  cpu_set_t processor;
-  CPU_ZERO(&processor);
+void start_machines() {
+  cpu_set_t processor = {};
   CPU_SET(sched_getcpu(), &processor);
   sched_setaffinity(0, sizeof processor, &processor);
   for (const char *variable : {"SDL_VIDEODRIVER", "SDL_AUDIODRIVER"}) setenv(variable, "dummy", 1);
-  setenv("SDL_RENDER_DRIVER", "software", 1);
-  std::ranges::for_each(machines, start);
+  for (machine &machine : machines) std::thread(run_machine, std::ref(machine)).detach();
 }
 
-void reset(machine &machine, unsigned seed) {
-  machine.random.seed(3 * seed + machine.number);
-  machine.wake = now + machine.random() % 33;
-  machine.ticks_ahead = machine.number * 12'345;
-  machine.clock_ahead = machine.random() % 1000;
-  machine.next_punch = machine.punches = machine.heard[0] = machine.heard[1] = 0;
-  machine.to_join = 0;
-  machine.inbox.clear();
-  machine.held.clear();
-  machine.texts.clear();
-  machine.net->username[0] = '\0';
-  machine.context->frame_count = 0;
-  machine.context->fight_time = 60;
+long long next_arrival() {
+  return self->inbox.empty() ? now + 1'000'000 : self->inbox.begin()->first;
 }
 
 }  // namespace
 
 bool run(long long duration, const std::function<bool()> &until) {
   const long long end = now + duration;
+  const auto due = [](const machine &own) { return std::max({own.wake, own.stopped_until, now}); };
   for (machine *next; next = std::ranges::min_element(machines, {}, due), due(*next) <= end;) {
     now = due(*next);
-    next->turn.release();
+    turns[next->number].release();
     test_turn.acquire();
     if (until && until()) return true;
   }
@@ -101,24 +77,23 @@ bool run(long long duration, const std::function<bool()> &until) {
   return false;
 }
 
-void begin(unsigned seed, unsigned percent, unsigned slowest) {
-  if (host.net == nullptr) start_programs();
-  loses = {};
+void begin(unsigned seed) {
+  if (host.net == nullptr) start_machines();
   now = (now / 1'000'000 + 1) * 1'000'000;
-  for (machine &machine : machines) {
-    machine.on_frame = {};
-    machine.wish = be_idle;
-    machine.stopped_until = 0;
-    machine.events.clear();
-  }
+  for (machine &own : machines) own.stopped_until = 0, own.on_frame = {}, own.events.clear();
   run(700);  // what has ended starts again
-  for (machine &machine : machines) machine.context->state_machine->next_state = screen_main_menu;
+  for (machine &own : machines) own.context->state_machine->next_state = screen_main_menu;
   run(300);
-  std::srand(seed);
-  for (machine &machine : machines) reset(machine, seed);
-  third.stopped_until = now + 1'000'000;
-  percent_lost = percent;
-  slowest_way = slowest;
+  slowest_way = seed % 4 == 0 ? 30 : 3;
+  for (machine &own : machines) {
+    own = {own.number, own.name, {own.size[0], own.size[1]}, own.net, own.context, own.hit_sound};
+    own.random.seed(3 * seed + own.number);
+    own.wake = now + own.random() % 33;
+    own.clock_ahead = own.random() % 1000;
+    own.on_frame = play;
+    own.net->username[0] = '\0';
+    own.context->fight_time = 7;
+  }
 }
 
 extern "C" std::time_t time(std::time_t *) noexcept {
@@ -126,11 +101,11 @@ extern "C" std::time_t time(std::time_t *) noexcept {
 }
 
 Uint32 SDL_GetTicks() {
-  return self == nullptr ? 0 : static_cast<Uint32>(now + self->ticks_ahead);
+  return self == nullptr ? 0 : static_cast<Uint32>(now);
 }
 
 void SDL_Delay(Uint32 ms) {
-  sleep_until(now + ms + self->random() % 2, false);
+  sleep_until(now + ms + self->random() % 2);
 }
 
 int SDL_PollEvent(SDL_Event *event) {
@@ -147,7 +122,7 @@ int SDL_PeepEvents(SDL_Event *event, int, SDL_eventaction, Uint32 first, Uint32 
 }
 
 SDL_Surface *TTF_RenderUTF8_Solid(TTF_Font *, const char *text, SDL_Color) {
-  self->texts.insert(text);
+  texts.insert(text);
   return SDL_CreateRGBSurface(0, 1, 1, 32, 0, 0, 0, 0);
 }
 
@@ -182,31 +157,25 @@ int socket_send(socket_handle, const char *bytes, int count, const sockaddr_in &
   const unsigned address = ntohl(to.sin_addr.s_addr);
   for (machine &other : machines) {
     const bool meant = &other != self && (address >> 24 == 239 || address == 0x0A000001U + other.number);
-    if (!meant || self->random() % 100 < percent_lost || (loses && loses(other.number, text))) continue;
-    for (int copies = self->random() % 20 == 0 ? 2 : 1; copies > 0; --copies) {
-      const auto way = self->random() % (slowest_way + 1);
-      const auto arrival =
-          now + static_cast<int>(way * (self->random() % 8 == 0 ? 4 : 1));  // some are overtaken
-      other.inbox.emplace(arrival, static_cast<char>(self->number) + text);
-    }
+    if (!meant || self->random() % 100 < percent_lost) continue;
+    const int way = static_cast<int>(self->random() % slowest_way) * (self->random() % 8 == 0 ? 2 : 1);
+    other.inbox.emplace(now + way, static_cast<char>(self->number) + text);
+    if (other.listening) other.wake = std::min(other.wake, now + way);
   }
   return count;
 }
 
-bool socket_peek(socket_handle, sockaddr_in *from) {
-  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(self->inbox.begin()->second[0]));
-  return true;
-}
-
-int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *from, socket_length *) {
-  socket_peek(socket, from);
-  const auto mail = self->inbox.extract(self->inbox.begin());
-  return static_cast<int>(mail.mapped().copy(bytes, static_cast<std::size_t>(most), 1));
+int socket_receive(socket_handle, char *bytes, int most, sockaddr_in *from, socket_length *) {
+  const std::string datagram = self->inbox.extract(self->inbox.begin()).mapped();
+  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(datagram[0]));
+  return static_cast<int>(datagram.copy(bytes, static_cast<std::size_t>(most), 1));
 }
 
 int socket_wait(socket_handle, int sets, int, int microseconds) {
-  const auto has_mail = [] { return !self->inbox.empty() && self->inbox.begin()->first <= now; };
   const int writable = sets & socket_writable;
-  if (writable == 0 && microseconds > 0 && !has_mail()) sleep_until(now + microseconds / 1000, true);
-  return writable | (has_mail() ? sets & socket_readable : 0);
+  const long long end = std::min(now + microseconds / 1000, next_arrival());
+  self->listening = writable == 0 && end > now;
+  if (self->listening) sleep_until(end);
+  self->listening = false;
+  return writable | (next_arrival() <= now ? sets & socket_readable : 0);
 }
