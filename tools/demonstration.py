@@ -8,8 +8,9 @@ ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 from game_driver import Display, Game, save_picture  # noqa: E402
-from game_screens import (BIG, BLACK, DARK, PLAYER_1, PLAYER_2, RED, WHITE, clock, fighter_box,  # noqa: E402
-                          land_punch, places, shows)
+from game_pages import check_end, choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
+from game_screens import (BIG, BLACK, DARK, PLAYER_1, PLAYER_2, WHITE, clock, fighter_box, land_punch,  # noqa: E402
+                          shows)
 
 FOLDER = ROOT / "build" / "demonstration"
 RESTING_COLUMNS = 19  # blocks that a fighter covers across with both gloves drawn in
@@ -26,12 +27,12 @@ def keep_when(game, name, condition, seconds=10):
 
 def choose_one_minute(game):
     """From the main menu to the options and back."""
-    game.press("Down", "Down", "Down", "Return")
+    choose(game, "Options")
     keep_when(game, "options", lambda picture: shows(picture, "Time: 02:00", 320, DARK))
     game.press("Down", "Down", "Return")
     game.wait_until("a minute", lambda picture: shows(picture, "Time: 01:00", 320, DARK))
     game.press("Escape")
-    game.wait_until("the main menu", lambda picture: shows(picture, "1 Player", 256, RED))
+    wait_for_main_menu(game)
 
 
 def land_visible_punch(game):
@@ -54,20 +55,19 @@ def spar(game):
 
 
 def play(game):
-    keep_when(game, "main_menu", lambda picture: shows(picture, "1 Player", 256, RED))
+    keep(wait_for_main_menu(game), "main_menu")
     choose_one_minute(game)
-    game.press("Down", "Return")
-    keep_when(game, "game", lambda picture: places(picture) and clock(picture))
+    choose(game, "2 Player")
+    keep(wait_for_match(game, 60), "game")
     keep(land_visible_punch(game), "punch")
-    game.press("Escape")
-    keep_when(game, "pause_menu", lambda picture: shows(picture, "Press ESC to resume", 512, RED))
+    keep(pause(game), "pause_menu")
     game.press("Escape")
     print("  (the match goes on to its end, less than a minute)", flush=True)
     spar(game)
     keep_when(game, "end_screen", lambda picture: shows(picture, "Game Over", 32, DARK, points=BIG), 20)
-    game.press("Down", "Return")
-    game.wait_until("the main menu", lambda picture: shows(picture, "1 Player", 256, RED))
-    game.press("Up", "Return")
+    choose(game, "Main Menu", first=448)
+    choose(game, "Exit")
+    check_end(game)
 
 
 def main():
@@ -75,8 +75,7 @@ def main():
         game.open_window()
         print("Pictures:", flush=True)
         play(game)
-        return game.wait_exit().status
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

@@ -17,7 +17,7 @@ import lan_games  # noqa: E402
 from game_driver import Display, Game  # noqa: E402
 from game_screens import (BLACK, MENU_GREEN, PLAYER_1, PLAYER_2, RED, RING_GREEN, WHITE, land_punch,  # noqa: E402
                           shows)
-from game_pages import choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
+from game_pages import choose, pause, wait_for_match  # noqa: E402
 
 FOLDER = ROOT / "docs"
 LOCAL = {"main_menu": "main_menu", "options": "options", "punch": "match", "pause_menu": "pause_menu",
@@ -56,7 +56,6 @@ def record(game, frames):
 def take_moving_picture():
     with Display() as display, Game(display) as game:
         game.open_window()
-        wait_for_main_menu(game)
         choose(game, "2 Player")
         wait_for_match(game, 120)
         for player, controls, colour in ((1, PLAYER_1, WHITE), (2, PLAYER_2, BLACK)):  # out of the corners
@@ -94,19 +93,13 @@ def take_lobby(play):
     lan_games.open_room_list(play.guest)
     lan_games.enter_lobby(play.host, lan_games.NAMES["host"])
     room = lan_games.create_room(play, "Up", "Return")
-    lan_games.has_text(play.guest, f"{lan_games.NAMES['host']} ({room})", 256)
-    play.guest.press("Down")
-    keep(play.guest.wait_until("the cursor on the room",
-                               lambda picture: lan_games.marks_first_room(picture) and picture), "lan_rooms")
-    lan_games.join_room(play, room)
+    keep(lan_games.join_room(play, room), "lan_rooms")
     keep(play.host.screenshot(), "lan_host_room")
     keep(play.guest.screenshot(), "lan_joined_room")
 
 
 def take_lan_match(play):
-    for row in (2, 3):
-        lan_games.go_to_row(play.host, row)
-    play.host.press("Return")
+    play.host.press("Down", "Down", "Return")
     for game in (play.host, play.guest):
         wait_for_match(game, 120)
     land_punch(play.host, PLAYER_1, 1, WHITE)

@@ -8,7 +8,6 @@ import signal
 import subprocess
 import time
 from pathlib import Path
-from typing import NamedTuple
 
 from PIL import ImageGrab
 
@@ -21,12 +20,6 @@ WINDOW_TITLE = "Vantaro Pugnado"
 
 class GameError(AssertionError):
     """The game did not do what it should; the text says what was missed."""
-
-
-class Ended(NamedTuple):
-    status: int  # exit status, negative for a signal
-    stdout: str
-    stderr: str
 
 
 def wait_until(what, condition, seconds=10.0):
@@ -56,15 +49,12 @@ class Display:
         if self.name == ":":
             raise GameError("Xvfb does not start")
 
-    def close(self):
-        self._server.terminate()
-        self._server.wait()
-
     def __enter__(self):
         return self
 
     def __exit__(self, *error):
-        self.close()
+        self._server.terminate()
+        self._server.wait()
 
 
 class Game:
@@ -73,7 +63,6 @@ class Game:
 
     def __init__(self, display, program=RELEASE_PROGRAM, arguments=(), *, root=ROOT, environment=None):
         self.display = display
-        self.size = None  # of the window: width and height in pixels, once it is open
         self._windows = Windows() if str(program).endswith(".exe") else None
         variables = {**os.environ, "DISPLAY": display.name, "SDL_VIDEODRIVER": "x11", "SDL_AUDIODRIVER": "dummy",
                      **(self._windows.environment if self._windows else {}), **(environment or {})}
@@ -86,30 +75,26 @@ class Game:
         return self
 
     def __exit__(self, *error):
-        if self.process.returncode is None:
-            self.process.kill()
+        self.process.kill()
         if self._windows:
             self._windows.close()
-        if self.process.returncode is None:
-            self.process.communicate()
+        self.process.wait()
 
     def _xdotool(self, *arguments):
-        done = subprocess.run(["xdotool", *arguments], capture_output=True, text=True,
-                              env={**os.environ, "DISPLAY": self.display.name})
-        return done.stdout
+        return subprocess.run(["xdotool", *arguments], capture_output=True, text=True,
+                              env={**os.environ, "DISPLAY": self.display.name}).stdout
 
     # The window
 
-    def open_window(self, seconds=20.0):
+    def open_window(self):
         """Waits for the window and gives it the keyboard."""
         def find():
             self._check_running()
             window = self._xdotool("search", "--onlyvisible", "--name", f"^{WINDOW_TITLE}$").strip()
             lines = self._xdotool("getwindowgeometry", "--shell", window).split() if window else []
             return dict(line.split("=") for line in lines)
-        found = wait_until("the game's window", find, seconds)
+        found = wait_until("the game's window", find, 20)
         left, top, width, height = (int(found[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
-        self.size = (width, height)
         self._box = (left, top, left + width, top + height)  # nothing moves it without a window manager
         self._xdotool("windowfocus", "--sync", found["WINDOW"])
 
@@ -117,23 +102,17 @@ class Game:
         """What the window shows now, as a Pillow image."""
         return ImageGrab.grab(xdisplay=self.display.name).convert("RGB").crop(self._box)
 
-    def pixel(self, x, y):
-        return self.screenshot().getpixel((x, y))
-
     def wait_until(self, what, condition, seconds=10.0):
-        """Polls pictures of the window until `condition(picture)` gives something true, and returns that. The
-        last picture of a wait in vain is kept in build/end_to_end/."""
-        latest = []
-
+        """Polls pictures of the window until `condition(picture)` gives something true, and returns that. After a
+        wait in vain, build/end_to_end/missed.png shows what was there instead."""
         def look():
             self._check_running()
-            latest[:] = [self.screenshot()]
-            return condition(latest[0])
+            return condition(self.screenshot())
         try:
             return wait_until(what, look, seconds)
-        except GameError as error:
-            path = save_picture(latest[0], "missed") if latest else "none"
-            raise GameError(f"{error} (last picture: {path})") from None
+        except GameError:
+            save_picture(self.screenshot(), "missed")
+            raise
 
     # The keyboard; keys are X key names such as Return, Up, space, w.
 
@@ -153,18 +132,14 @@ class Game:
         else:
             self.process.send_signal(signal.SIGTERM)
 
-    def wait_exit(self, seconds=15.0):
-        """Waits for the program to end by itself."""
-        try:
-            stdout, stderr = self.process.communicate(timeout=seconds)
-        except subprocess.TimeoutExpired:
-            raise GameError(f"the game still runs after {seconds:g} s") from None
-        return Ended(self.process.returncode, stdout, stderr)
+    def wait_exit(self):
+        """Waits for the program to end by itself. Returns standard output, standard error and the exit status,
+        which is negative for a signal."""
+        return *self.process.communicate(timeout=15), self.process.returncode
 
     def _check_running(self):
         if self.process.poll() is not None:
-            ended = self.wait_exit()
-            raise GameError(f"the game ended early, status {ended.status}:\n{ended.stdout}{ended.stderr}")
+            raise GameError(f"the game ended early: {self.wait_exit()}")
 
 
 def save_picture(picture, name, folder=ROOT / "build" / "end_to_end"):

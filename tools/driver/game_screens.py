@@ -2,6 +2,7 @@
 game's own font, the marked row of a menu, the places of the fighters."""
 
 import time
+from collections import namedtuple
 from functools import lru_cache
 from typing import NamedTuple
 
@@ -11,7 +12,6 @@ from game_driver import ROOT
 
 WIDTH, HEIGHT = 800, 640
 NORMAL, BIG = 25, 42  # font sizes in points
-ARROW = 40            # width of a menu arrow, pixels
 
 MENU_GREEN = (20, 170, 40)
 RING_GREEN = (19, 149, 37)  # translucent over the match's dark background
@@ -50,7 +50,7 @@ def text_mask(text, points):
     return canvas.crop(canvas.getbbox())
 
 
-def ink(picture, top, half, colour, points, centre):
+def ink(picture, top, colour, *, half=160, points=NORMAL, centre=WIDTH // 2):
     """The pixels of this colour in a text row `half` pixels to either side of a column, as a mask; None when
     there are none or when they are not centred."""
     bottom = top + sum(font(points).getmetrics())
@@ -65,44 +65,29 @@ def shows(picture, text, top, colour, *, points=NORMAL, centre=WIDTH // 2):
     """True when this text, no longer and no shorter one, stands in the row that begins `top` pixels down,
     centred on a column, in exactly this colour."""
     expected = text_mask(text, points)
-    seen = ink(picture, top, expected.width // 2 + 8, colour, points, centre)
+    seen = ink(picture, top, colour, half=expected.width // 2 + 8, points=points, centre=centre)
     return seen is not None and seen.size == expected.size and seen.tobytes() == expected.tobytes()
 
 
 @lru_cache(maxsize=None)
-def masks_of(texts):
-    return {(mask.size, mask.tobytes()): number
-            for number, mask in enumerate(text_mask(text, NORMAL) for text in texts)}
+def numbers(layout):
+    """From what a number looks like to the number."""
+    masks = [text_mask(layout.format(number // 60, number % 60, number), NORMAL) for number in range(121)]
+    return {(mask.size, mask.tobytes()): number for number, mask in enumerate(masks)}
 
 
-def read(picture, texts, centre):
-    """Which of `texts` (a tuple) stands in the top row of a match; None when none does."""
-    seen = ink(picture, TOP_ROW, 80, WHITE, NORMAL, centre)
-    return seen and masks_of(texts).get((seen.size, seen.tobytes()))
-
-
-CLOCKS = tuple(f"{seconds // 60:02}:{seconds % 60:02}" for seconds in range(121))
-SCORES = tuple(str(number) for number in range(120))
+def read(picture, layout, centre):
+    """The number in the top row of a match; None when it cannot be read."""
+    seen = ink(picture, TOP_ROW, WHITE, half=80, centre=centre)
+    return seen and numbers(layout).get((seen.size, seen.tobytes()))
 
 
 def clock(picture):
-    """The match clock in seconds; None when it cannot be read."""
-    return read(picture, CLOCKS, WIDTH // 2)
+    return read(picture, "{:02}:{:02}", WIDTH // 2)  # s
 
 
 def score(picture, player):
-    """The score of player 1 or 2 during a match; None when it cannot be read."""
-    return read(picture, SCORES, SCORE_CENTRES[player - 1])
-
-
-# Menus
-
-def arrows_on(picture, columns, rows):
-    """The numbers, from 1, of the rows (their tops in pixels) that have an arrow in both columns (left edges in
-    pixels)."""
-    def any_arrow(x, top):
-        return len(picture.crop((x, top, x + ARROW, top + NORMAL)).getcolors(ARROW * NORMAL)) > 1
-    return [number for number, top in enumerate(rows, 1) if all(any_arrow(x, top) for x in columns)]
+    return read(picture, "{2}", SCORE_CENTRES[player - 1])
 
 
 # The fight
@@ -131,14 +116,7 @@ def places(picture):
     return Place(white[2] - FIGHTER_COLUMNS, white[1], "Left"), Place(black[0], black[1], "Right")
 
 
-class Controls(NamedTuple):
-    up: str
-    down: str
-    left: str
-    right: str
-    punch: str
-
-
+Controls = namedtuple("Controls", "up down left right punch")
 PLAYER_1 = Controls("Up", "Down", "Left", "Right", "space")
 PLAYER_2 = Controls("w", "s", "a", "d", "Tab")
 
@@ -164,7 +142,7 @@ def next_move(controls, me, opponent):
     return controls.punch, 0
 
 
-def land_punch(game, controls, player, colour, seconds=20.0):
+def land_punch(game, controls, player, colour):
     """Walks one fighter up to the other and punches until the player's score grows. Returns the new score and
     the first picture that shows it. `colour` is that of the player's fighter."""
     start = game.wait_until("the score", lambda picture: score(picture, player) is not None and picture)
@@ -175,8 +153,8 @@ def land_punch(game, controls, player, colour, seconds=20.0):
         end = time.monotonic() + PUNCH
         while time.monotonic() < end:
             picture = game.screenshot()
-            now = score(picture, player)
-            if now is not None and now > before:
+            now = score(picture, player) or 0
+            if now > before:
                 return now, picture
         return None
 
@@ -191,4 +169,4 @@ def land_punch(game, controls, player, colour, seconds=20.0):
         game.hold_for(max(frames, 1) * FRAME, key)
         return None
 
-    return game.wait_until(f"a punch of player {player} scores", approach_or_punch, seconds)
+    return game.wait_until(f"a punch of player {player} scores", approach_or_punch, 20)
