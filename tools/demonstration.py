@@ -1,4 +1,6 @@
-"""Plays a short match in a virtual display and saves a picture of every screen in build/demonstration/."""
+"""Plays a short match in a virtual display and saves a picture of every screen in build/demonstration/.
+
+    demonstration.py [program]"""
 
 import itertools
 import sys
@@ -71,7 +73,7 @@ def play(game):
 
 
 def main():
-    with Display() as display, Game(display) as game:
+    with Display() as display, Game(display, *sys.argv[1:]) as game:
         game.open_window()
         print("Pictures:", flush=True)
         play(game)
