@@ -2,67 +2,45 @@
 
 #include "screens/lan_menu.h"
 
-#include <arpa/inet.h>
-
-#include <sstream>
-
 #include "core/context.h"
-#include "fight/fighter.h"
 #include "fight/preview.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
 #include "net/net.h"
 #include "net/peer_list.h"
+#include "tests/support/network.h"
 #include "tests/support/stage.h"
-#include "tests/support/udp_link.h"
 
 namespace {
-
-const std::string announcement = " 3 Ada 0  3 120 1 1 1 2";  // after the letter and the room
-
-void list_room(const std::string &room) {
-  update_peer_list(("a8 " + room + announcement).c_str(), "127.0.0.1", room.c_str(), &creatorList);
-  update_peer_heartbeat(5000, room.c_str(), creatorList);
-}
-
-template <typename... values>
-std::string joined(const values &...all) {
-  std::ostringstream text;
-  ((text << all << " "), ...);
-  return text.str();
-}
 
 // Bob on a page of the lobby, ten seconds after the start.
 class lan_menu : public testing::Test {
  protected:
   ~lan_menu() override { delete_list(&creatorList); }
   void open(int page, std::uint8_t guest = 0) {
-    netInfo.fighter1_color = 1;
-    lobby = static_cast<lan_menu_state *>(enter(3));
+    lobby = static_cast<lan_menu_state *>(enter(screen_lan));
     lobby->mode = page;
     world.ticks = 10000;
     context.fight_time = 120;
-    netInfo = {guest, page == 2, 'a', 120, 1, 2, port, 0, 0, 5000, "Bob", "Ada", "127.0.0.1", "", "Rb4kT8mA"};
-    net_setup_p2p_struct();
+    share_room();
+    netInfo.is_host = page == page_host_room;
+    netInfo.guest_joined = guest;
+    netInfo.heartbeat = 5000;
   }
   void press(const char *keys) {
     push_keys(keys);
     world.texts = "";
     lan_handle_input();
   }
-  // The letters of what was sent to the group and, after a "/", to the peer.
-  std::string sent() {
+  // The letters of what was sent, behind those to the group a "*".
+  static std::string sent() {
     std::string letters;
-    for (const char to : {'a', 'b'}) {
-      for (std::string text; !(text = link.sent_to(to)).empty();) letters += text[0];
-      if (to == 'a') letters += "/";
-    }
+    for (const datagram &each : network.sent)
+      letters += each.bytes.substr(0, 1) + (each.ip == peer_ip ? "" : each.ip == group_ip ? "*" : "?");
+    network.sent.clear();
     return letters;
   }
   open_game game{800, 700};
-  int replaced = net_close();
-  udp_link link;
-  const std::uint16_t port = ntohs(toAddr.sin_port);
   lan_menu_state *lobby = nullptr;
 };
 
@@ -70,27 +48,20 @@ class lan_menu : public testing::Test {
 
 TEST_F(lan_menu, name_takes_ten_bytes_of_whole_characters) {
   const struct {
-    int row;
-    const char *before, *keys, *typed, *name, *rendered;  // keys: "<" backspace; "c" and "v" with Ctrl
-  } cases[] = {{0, "", "", "bob", "bob", ".......bob|"},
-               {0, "abcdefghi", "", "jk", "abcdefghij", "abcdefghij|"},
-               {0, "abcdefghij", "", "k", "abcdefghij", ""},
-               {0, "abcdefgh", "", "éé", "abcdefghé", "abcdefghé|"},
-               {0, "abcdefghi", "", "é", "abcdefghi", ".abcdefghi|"},
-               {0, "abcdefgh", "", "a\x7F\u0085\tb", "abcdefghab", "abcdefghab|"},
-               {0, "bob", "<", "", "bo", "........bo|"},
-               {0, "boé€", "<", "", "boé", "......boé|"},
-               {0, "boé", "<", "", "bo", "........bo|"},
-               {0, "bob", "v", "v", "abcdefghi", ".abcdefghi|"},
-               {0, "bob", "v", "", "abcdefghi", ".abcdefghi|"},
-               {0, "bob", "cv", "c", "bob", ".......bob|"},
-               {1, "bob", "<", "x", "bob", ""}};
+    const char *before, *keys, *typed, *name, *field;  // keys: "<" backspace; "c" and "v" with Ctrl
+  } cases[] = {{"abcdefghi", "", "jk", "abcdefghij", "abcdefghij|"},
+               {"abcdefghij", "", "k", "abcdefghij", ""},
+               {"abcdefghi", "", "é", "abcdefghi", ".abcdefghi|"},
+               {"abcdefgh", "", "a\x7F\u0085\tb", "abcdefghab", "abcdefghab|"},
+               {"boé€", "<", "", "boé", "......boé|"},
+               {"", "<", "vic", "vic", ".......vic|"},
+               {"bob", "v", "v", "abcdefghi", ".abcdefghi|"},
+               {"bob", "v", "", "abcdefghi", ".abcdefghi|"},
+               {"bob", "cv", "c", "bob", ".......bob|"}};
   for (const auto &c : cases) {
-    open(0);
-    lobby->name_selection = c.row;
+    open(page_name_entry);
     SDL_strlcpy(netInfo.username, c.before, sizeof netInfo.username);
-    SDL_SetClipboardText(
-        "abcdefgh\tié");  // without what shows nothing, and cut before what does not fit whole
+    SDL_SetClipboardText("abcdefgh\tié");  // of which the tabulator shows nothing, and "é" does not fit whole
     push_keys("");
     for (const char key : std::string(c.keys))
       push_key(key == '<' ? '\b' : key, SDL_KEYDOWN, 0, key == '<' ? KMOD_NONE : KMOD_RCTRL);
@@ -101,120 +72,131 @@ TEST_F(lan_menu, name_takes_ten_bytes_of_whole_characters) {
     SDL_SetModState(*c.keys > '<' && *c.typed != '\0' ? KMOD_LCTRL : KMOD_NONE);  // else up again already
     world.texts = "";
     lan_handle_input();
-    EXPECT_EQ(joined(netInfo.username, world.texts), joined(c.name, c.rendered)) << c.keys << c.typed;
+    EXPECT_EQ(netInfo.username + (" " + world.texts), c.name + (" " + std::string(c.field)));
   }
   SDL_SetModState(KMOD_NONE);
 }
 
 TEST_F(lan_menu, text_input_is_on_while_a_name_is_typed) {
-  EXPECT_FALSE(SDL_IsTextInputActive()) << "at the start";
-  open(0);
-  for (const auto &[keys, on] : {std::pair{"", true}, {"D", false}, {"U", true}, {"DR", false}}) {
+  open(page_name_entry);
+  for (const auto &[keys, on] :
+       {std::pair{"", true}, {"D", false}, {"R", false}, {"E", false}, {"U", true}}) {
     press(keys);
     EXPECT_EQ(SDL_IsTextInputActive() == SDL_TRUE, on) << keys;
   }
-  open(0);
-  press("");
   enter(screen_main_menu);
   EXPECT_FALSE(SDL_IsTextInputActive());
 }
 
-TEST_F(lan_menu, keys_change_page_and_room) {
+TEST_F(lan_menu, starts_anew) {
+  open(page_host_room, 1);
+  press("DDR");
+  lobby = static_cast<lan_menu_state *>(enter(screen_lan));
+  EXPECT_EQ(lobby->mode + lobby->start_requested + netInfo.is_host + netInfo.guest_joined, 0);
+  EXPECT_EQ(netInfo.username + (netInfo.room_id + std::string(netInfo.peer_ip)) + netInfo.peer_username,
+            "Bob");
+}
+
+TEST_F(lan_menu, keys_lead_from_page_to_page) {
   const struct {
     int page;
-    std::uint8_t guest;
-    const char *keys, *result;  // row, page, next screen; hosting, colour, time, guest, start; room id; sent
-  } cases[] = {{0, 0, "R", "0 0 0 0 1 120 0 0 8 / "},   {0, 0, "DR", "1 1 0 0 1 120 0 0 8 / "},
-               {0, 0, "UR", "2 2 0 1 1 120 0 0 8 / "},  {0, 0, "UDE", "0 0 1 0 1 120 0 0 8 / "},
-               {1, 0, "E", "0 0 0 0 1 120 0 0 8 / "},   {1, 0, "RE", "0 1 0 0 1 120 0 0 8 / "},
-               {2, 0, "R", "0 2 0 1 2 120 0 0 8 / "},   {2, 0, "DR", "1 2 0 1 1 60 0 0 8 / "},
-               {2, 0, "DRR", "1 2 0 1 1 75 0 0 8 / "},  {2, 0, "DDR", "2 2 0 1 1 120 0 0 8 / "},
-               {2, 1, "DDR", "2 2 0 1 1 120 1 1 8 / "}, {2, 0, "UR", "3 2 0 1 1 120 0 0 8 / "},
-               {2, 1, "UR", "3 2 0 1 1 120 0 0 8 /g "}, {2, 1, "E", "0 0 0 0 1 120 0 0 0 hhh/ "},
-               {3, 0, "DUR", "0 3 0 0 1 120 0 0 8 / "}, {3, 0, "E", "0 1 0 0 1 120 0 0 0 /i "},
-               {1, 0, "QE", "0 1 6 0 1 120 0 0 8 / "},  {2, 1, "QE", "0 2 6 1 1 120 1 0 8 hhh/ "},
-               {3, 0, "QE", "0 3 6 0 1 120 0 0 8 /i "}};
+    const char *keys;
+    int page_after, next_screen;
+    const char *sent;
+  } cases[] = {{page_name_entry, "DR", page_room_list, 0, ""},
+               {page_name_entry, "UR", page_host_room, 0, ""},
+               {page_name_entry, "UDE", page_name_entry, screen_main_menu, ""},
+               {page_room_list, "E", page_name_entry, 0, ""},
+               {page_room_list, "QE", page_room_list, screen_quit, ""},
+               {page_host_room, "E", page_name_entry, 0, "h*h*h*"},
+               {page_host_room, "QE", page_host_room, screen_quit, "h*h*h*"},
+               {page_joined_room, "DRE", page_room_list, 0, "i"},
+               {page_joined_room, "QE", page_joined_room, screen_quit, "i"}};
   for (const auto &c : cases) {
-    open(c.page, c.guest);
-    world.draws.assign(c.page == 0 && c.keys[0] == 'U' && c.keys[1] == 'R' ? 16 : 0, 1);
-    link.send("queued while nobody listened");
+    open(c.page, c.page == page_host_room);
+    world.draws.assign(c.keys[0] == 'U' && c.keys[1] == 'R' ? 16 : 0, 1);  // for a new room's id
+    network.inbox = {{stranger_ip, "queued while nobody listened"}};
     press(c.keys);
-    const bool opened = c.page == page_name_entry && lobby->mode != page_name_entry;
-    EXPECT_EQ(net_check_descriptor(0, 0, net_readable), opened ? 0 : net_readable) << c.page << c.keys;
-    EXPECT_TRUE(lobby->mode != page_host_room || c.page == lobby->mode || world.texts == "Time: 02:00|");
-    EXPECT_EQ(joined(c.page == 2 ? lobby->host_selection : lobby->name_selection, lobby->mode,
-                     context.state_machine->next_state, +netInfo.is_host, netInfo.fighter1_color,
-                     context.fight_time, +netInfo.guest_joined, +lobby->start_requested,
-                     SDL_strlen(netInfo.room_id), sent()),
-              c.result)
-        << c.page << c.keys;
-    EXPECT_TRUE(world.draws.empty()) << "a new room id";
-    EXPECT_EQ(fighter1->color, graphics_get_color(netInfo.fighter1_color)) << c.keys;
+    SCOPED_TRACE(std::to_string(c.page) + c.keys);
+    EXPECT_EQ(std::tie(lobby->mode, context.state_machine->next_state),
+              std::tie(c.page_after, c.next_screen));
+    EXPECT_EQ(sent(), c.sent);
+    EXPECT_EQ(netInfo.is_host == 1, c.page_after == page_host_room);
+    EXPECT_EQ(network.inbox.empty(), c.page < c.page_after);
+    const bool left = c.page >= page_host_room && c.page_after < page_host_room;
+    EXPECT_EQ(std::string(netInfo.room_id).empty() && netInfo.guest_joined == 0, left);
+    EXPECT_TRUE(world.draws.empty());
   }
-  open(0);
-  for (const char *name : {"", "  "}) {
-    SDL_strlcpy(netInfo.username, name, sizeof netInfo.username);
-    press("DRDR");
-    EXPECT_EQ(lobby->mode, 0) << "nothing opens without a name";
-  }
-  enter(screen_main_menu);
-  EXPECT_EQ(context.unit_w, 4) << "the small fighters' blocks are the lobby's alone";
+  open(page_name_entry);
+  SDL_strlcpy(netInfo.username, "  ", sizeof netInfo.username);
+  press("DRDR");
+  EXPECT_EQ(lobby->mode, page_name_entry) << "nothing opens without a name";
+}
+
+TEST_F(lan_menu, host_sets_up_the_match) {
+  open(page_host_room);
+  press("R");
+  EXPECT_EQ(fighter1->color, graphics_get_color(2));
+  press("DRR");
+  EXPECT_EQ(world.texts, "Time: 01:00|Time: 01:15|");
+  press("DRDR");
+  EXPECT_EQ(lobby->start_requested + network.sent.size(), 0u) << "there is no guest";
+  open(page_host_room, 1);
+  press("UR");
+  EXPECT_EQ(sent() + netInfo.peer_ip, "g");
+  world.ticks += 1000;
+  network.fails = {"write"};
+  lan_update();
+  EXPECT_EQ(sent(), "") << "the socket is full";
 }
 
 TEST_F(lan_menu, start_waits_for_the_guest_for_five_seconds) {
-  open(2, 1);
+  open(page_host_room, 1);
   press("DDR");
-  for (const auto &[ticks, letters] : {std::pair{14999, "/ccc"}, {15000, "/"}}) {
-    world.ticks = static_cast<Uint32>(ticks);
-    lobby->last_sent = world.ticks;
-    netInfo.heartbeat = ticks;
+  for (const auto &[ticks, letters] : {std::pair{14999u, "ccc"}, {15000u, ""}}) {
+    lobby->last_sent = world.ticks = ticks;
+    net_peer_heard(ticks);
     press("E");
     lan_update();
-    EXPECT_EQ(joined(lobby->mode, +netInfo.guest_joined, sent()), joined(2, 1, letters)) << "keys wait";
+    EXPECT_EQ(sent(), letters);
+    EXPECT_EQ(lobby->mode, page_host_room) << "keys wait";
   }
-  press("DE");
-  EXPECT_EQ(joined(lobby->mode, sent()), "0 hhh/ ");
-  open(2, 1);
-  press("DDR");
+  press("R");
   press("EQ");
   lan_update();
-  EXPECT_EQ(joined(lobby->mode, context.state_machine->next_state, sent()), "2 6 hhh/ ")
-      << "the close does not";
+  EXPECT_EQ(sent(), "h*h*h*") << "the close does not wait";
 }
 
 TEST_F(lan_menu, room_list_scrolls_and_joins) {
-  open(1);
+  open(page_room_list);
   press("D");
   EXPECT_EQ(lobby->room_selection, 0) << "no room, no row";
-  for (const char number : {'6', '5', '4', '3', '2', '1'}) list_room(std::string("Room000") + number);
-  const char *steps[][2] = {
-      {"R", "0 0  Ada (Room0001)| "},           {"D", "1 0 Room0001 Ada (Room0001)| "},
-      {"DDD", "4 0 Room0004 Ada (Room0001)| "}, {"D", "4 1 Room0005 Ada (Room0002)| "},
-      {"DDD", "4 2 Room0006 Ada (Room0003)| "}, {"UUU", "1 2 Room0003 Ada (Room0003)| "},
-      {"U", "1 1 Room0002 Ada (Room0002)| "},   {"UU", "1 0 Room0001 Ada (Room0001)| "}};
-  for (const auto &[keys, result] : steps) {
+  for (const char *room : {"Room0006", "Room0005", "Room0004", "Room0003", "Room0002", "Room0001"})
+    update_peer_list("a1 x 3 Ada", peer_ip, room, &creatorList);
+  const struct {
+    const char *keys;
+    int row;
+    std::string chosen, first_shown;
+  } steps[] = {{"R", 0, "", "1"},
+               {"D", 1, "Room0001", "1"},
+               {"DDD", 4, "Room0004", "1"},
+               {"DDDD", 4, "Room0006", "3"},
+               {"UUUU", 1, "Room0002", "2"},
+               {"UU", 1, "Room0001", "1"},
+               {"DDDDD-", 4, "Room0006", "2"}};
+  for (const auto &[keys, row, chosen, first_shown] : steps) {
     press(keys);
+    if (std::string(keys).ends_with("-")) delete_peer_from_list(&creatorList, "Room0003");
     lan_render();
-    EXPECT_EQ(
-        joined(lobby->room_selection, lobby->room_scroll, lobby->selected_room_id, world.texts.substr(0, 15)),
-        result)
-        << keys;
+    EXPECT_EQ(lobby->selected_room_id + std::to_string(lobby->room_selection), chosen + std::to_string(row));
+    EXPECT_TRUE(world.texts.starts_with("Ada (Room000" + first_shown + ")|")) << keys << world.texts;
   }
-  press("DDDDD");
-  delete_peer_from_list(&creatorList, "Room0003");
-  world.texts = "";
-  lan_render();
-  EXPECT_EQ(
-      joined(lobby->room_selection, lobby->room_scroll, lobby->selected_room_id, world.texts.substr(0, 15)),
-      "4 1 Room0006 Ada (Room0002)| ")
-      << "a list that has shrunk";
-  netInfo.peer_ip[0] = '\0';
-  netInfo.heartbeat = 0;
+  net_reset_peer_info();
+  update_peer_heartbeat(6000, "Room0006", creatorList);
   lobby->guest_name[0] = 'x';
-  toAddr.sin_addr.s_addr = 0;
   press("R");
-  EXPECT_EQ(joined(lobby->mode, netInfo.peer_ip, netInfo.room_id, netInfo.heartbeat, lobby->guest_name),
-            "3 127.0.0.1 Room0006 5000  ");
+  EXPECT_EQ(std::string(netInfo.peer_ip) + netInfo.room_id + lobby->guest_name, "10.0.0.1Room0006");
+  EXPECT_EQ(std::tie(lobby->mode, netInfo.heartbeat), std::make_tuple(page_joined_room, 6000));
   press("E");
-  EXPECT_EQ(sent(), "/i") << "also before the first joined message";
+  EXPECT_EQ(sent(), "i") << "also before the first joined message";
 }

@@ -1,13 +1,11 @@
 // Plays the whole game in a tiny window that nobody sees: a start, then steps, all from the input. Clocks,
-// random numbers and the network are this file's own, so that an input always plays the same.
+// random numbers and the network are the tests' own, so that an input always plays the same.
 
 #include <SDL.h>
-#include <SDL_ttf.h>
 
 #undef NDEBUG  // whatever the build, the assertions are what is checked
 #include <cassert>
 #include <cstring>
-#include <deque>
 #include <sstream>
 
 #include "app/application.h"
@@ -23,21 +21,16 @@
 #include "net/linked_list.h"
 #include "net/message_reader.h"
 #include "net/net.h"
-#include "net/net_socket.h"
-#include "net/networks.h"
 #include "net/peer_list.h"
+#include "tests/support/network.h"
+#include "tests/support/world.h"
 
 #define ENDS(text) (std::memchr(text, 0, sizeof(text)) != nullptr)
 
-struct world_record {
-  const std::uint8_t *next, *end;  // what is left of the input
-  int frames, draw;                // to run until the next step; the last random number
-  Uint32 ticks;
-  long clock;                                     // s by which the wall clock was set
-  bool offline, mirrored;                         // sockets fail; the peer told its match, however odd
-  std::deque<std::pair<std::string, int>> inbox;  // with the sender's number; the peer's is 0
-} world;
-long taken = 0;  // blocks not given back yet
+const std::uint8_t *next_byte, *end_of_input;
+int frames;     // to run until the next step
+long clock_by;  // s by which the wall clock was set
+bool mirrored;  // the peer told its match, however odd
 
 constexpr struct start {
   int screen, game_mode, page, is_host, paired;
@@ -49,7 +42,7 @@ constexpr struct start {
 constexpr SDL_Keycode keys[] = {SDLK_LEFT,   SDLK_RIGHT,  SDLK_UP,        SDLK_DOWN, SDLK_SPACE, SDLK_TAB,
                                 SDLK_RETURN, SDLK_ESCAPE, SDLK_BACKSPACE, SDLK_a,    SDLK_d,     SDLK_w,
                                 SDLK_s,      SDLK_c,      SDLK_v,         SDLK_x};
-// The nine messages; R is a room id, # a counter that is news.
+// Every message; R is a room id, # a counter that is news.
 constexpr const char *messages[] = {"a R host me 120 1 2",
                                     "b R peer",
                                     "c R 2 1",
@@ -61,7 +54,7 @@ constexpr const char *messages[] = {"a R host me 120 1 2",
                                     "i R peer"};
 
 int take() {
-  return world.next == world.end ? 0 : *world.next++;
+  return next_byte == end_of_input ? 0 : *next_byte++;
 }
 bool within(int value, int least, int most) {
   return value >= least && value <= most;
@@ -100,8 +93,8 @@ void push_event(int code) {
 }
 
 void check_fighter(const fighter *fighter, const struct fighter *other) {
-  assert(within(fighter->punch_phase, 0, 6) && within(fighter->score, 0, world.mirrored ? 9999 : 102));
-  if (world.mirrored) return;
+  assert(within(fighter->punch_phase, 0, 6) && within(fighter->score, 0, mirrored ? 9999 : 102));
+  if (mirrored) return;
   const int left = fighter_get_collision_x(fighter) - context.ring.x;
   assert(!fighter_collision(fighter, other) && within(left, 0, context.ring.w - fighter->w / 2));
   assert(within(fighter->y - context.ring.y, 0, context.ring.h - fighter->h));
@@ -125,93 +118,43 @@ void check_frame() {
   }
 }
 
+// The game's own messages must be ones that it takes in.
+void check_sent() {
+  for (const datagram &own : network.sent) {
+    message message;
+    assert(own.bytes.size() == datagram_size && own.bytes.back() == '\0' &&
+           message_read(own.bytes.data(), &message));
+  }
+  network.sent.clear();
+}
+
+void arrive(const std::string &text, int sender) {
+  mirrored |= text[0] == 'e';
+  network.inbox.push_back({"10.0.0." + std::to_string(sender + 1), text});
+}
+
 // Takes the steps until a frame is due; when there are no more, the player leaves.
 void play() {
-  while (world.frames == 0 && world.next != world.end) {
-    const int kind = *world.next % 8;
-    const int detail = take() / 8;
-    if (kind == 0) world.frames = 1 + detail / 16 * 2;
+  while (frames == 0 && next_byte != end_of_input) {
+    const int kind = *next_byte % 8, detail = take() / 8, count = std::size(messages);
+    if (kind == 0) frames = 1 + detail / 16 * 2;
     if (kind == 1) push_event(take());
-    if (kind / 2 == 1) world.inbox.push_back({compose(detail % 9, detail / 9, take() % 23), take() % 8});
-    if (kind == 4) world.inbox.push_back({take_text(160), detail % 8});
+    if (kind / 2 == 1) {
+      const std::string text = compose(detail % count, detail / count, take() % 23);
+      arrive(text, take() % 8);
+    }
+    if (kind == 4) arrive(take_text(160), detail % 8);
     if (kind == 5) world.ticks += static_cast<Uint32>(detail * 200);
-    if (kind >= 6) world.offline = detail == 1, world.clock += (detail - 16) * 10L;
+    if (kind >= 6)
+      network.fails =
+          detail == 1 ? std::set<std::string>{"send", "receive", "wait"} : std::set<std::string>{};
+    if (kind >= 6) clock_by += (detail - 16) * 10L;
   }
-  if (--world.frames < 0) context.state_machine->next_state = screen_quit;
-}
-
-// The game's own messages must be ones that it takes in.
-int socket_send(socket_handle, const char *bytes, int count, const sockaddr_in &) {
-  message message;
-  assert(count == datagram_size && bytes[count - 1] == '\0' && message_read(bytes, &message));
-  return world.offline ? -1 : count;
-}
-
-int socket_receive(socket_handle, char *bytes, int most, sockaddr_in *from, socket_length *) {
-  if (world.offline || world.inbox.empty()) return -1;
-  const auto [text, sender] = world.inbox.front();
-  world.inbox.pop_front();
-  world.mirrored |= text[0] == 'e';
-  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(sender));
-  return static_cast<int>(text.copy(bytes, static_cast<std::size_t>(most)));
-}
-
-int socket_wait(socket_handle, int sets, int, int microseconds) {
-  const int ready = sets & (world.inbox.empty() ? socket_writable : socket_writable | socket_readable);
-  if (ready == 0) world.ticks += static_cast<Uint32>(microseconds / 1000);
-  return world.offline ? -1 : ready;
-}
-
-bool socket_peek(socket_handle, sockaddr_in *from) {
-  from->sin_addr.s_addr = htonl(0x0A000001U + static_cast<unsigned>(world.inbox.front().second));
-  return true;
-}
-
-bool socket_start() {
-  return true;
-}
-int socket_last_error() {
-  return 0;
-}
-socket_handle socket_open() {
-  return 1;
-}
-int socket_close(socket_handle) {
-  return 0;
-}
-bool socket_set_option(socket_handle, int, int, int) {
-  return true;
-}
-bool socket_join_group(socket_handle, in_addr, std::uint32_t) {
-  return true;
-}
-std::span<const local_network> networks_find(std::uint32_t, local_network (&)[network_limit]) {
-  return {};
-}
-bool socket_bind(socket_handle, const sockaddr_in &) {
-  return true;
+  world.seconds = 1000000 + clock_by + world.ticks / 1000;
+  if (--frames < 0) context.state_machine->next_state = screen_quit;
 }
 
 extern "C" {
-void *__real_calloc(std::size_t, std::size_t), __real_free(void *);
-void *__wrap_calloc(std::size_t count, std::size_t size) {
-  return ++taken, __real_calloc(count, size);
-}
-void __wrap_free(void *block) {
-  taken -= block != nullptr, __real_free(block);
-}
-int __wrap_rand() {
-  return world.draw = (world.draw * 171 + 11213) % 53125;
-}
-long __wrap_time(long *) {
-  return 1000000 + world.clock + static_cast<long>(world.ticks / 1000);
-}
-Uint32 __wrap_SDL_GetTicks() {
-  return world.ticks;
-}
-void __wrap_SDL_Delay(Uint32 milliseconds) {
-  world.ticks += milliseconds, check_frame(), play();
-}
 const char *__asan_default_options() {
   return "detect_leaks=0:quarantine_size_mb=1:malloc_context_size=3";
 }
@@ -228,9 +171,20 @@ int LLVMFuzzerInitialize(int *, char ***) {
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  const long before = taken;
+  static std::mt19937 dice;
+  dice.seed(1);
   context = {};
-  world = {data, data + size, 0, 1, 1, 0, false, false, {}};
+  network = {};
+  world = {};
+  world.ticks = 1;
+  world.seconds = 1000000;
+  world.dice = &dice;
+  world.on_delay = [] { check_frame(), check_sent(), play(); };
+  next_byte = data;
+  end_of_input = data + size;
+  frames = 0;
+  clock_by = 0;
+  mirrored = false;
   SDL_SetClipboardText("");
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   context_init();
@@ -249,7 +203,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   context_loop();
   context_teardown();
   delete_list(&creatorList);
-  assert(taken == before);
+  check_sent();
+  assert(world.blocks == 0);
   return 0;
 }
 }

@@ -5,13 +5,15 @@
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
 
+#include <concepts>
+
 #include "media/sounds.h"
 
 world_record world;
 
 namespace {
 
-std::string in_words(long value) {
+std::string in_words(std::integral auto value) {
   return std::to_string(value) + " ";
 }
 std::string in_words(const char *text) {
@@ -32,6 +34,7 @@ bool fails(const std::string &function, const std::string &arguments = "") {
   if (found != world.failing.end()) --found->second;
   world.calls += function + " " + arguments;
   world.textures += (function == "SDL_CreateTextureFromSurface") - (function == "SDL_DestroyTexture");
+  world.blocks += function == "calloc";
   return false;
 }
 
@@ -77,6 +80,12 @@ WRAP(void, TTF_Quit, void(), (), ())
 WRAP(void, IMG_Quit, void(), (), ())
 WRAP(void, Mix_Quit, void(), (), ())
 WRAP(void, SDL_Quit, void(), (), ())
+
+void __real_free(void *block);
+void __wrap_free(void *block) {
+  world.blocks -= block != nullptr;
+  __real_free(block);
+}
 
 int __wrap_rand() {
   if (world.dice != nullptr) return static_cast<int>((*world.dice)() >> 1);

@@ -2,7 +2,7 @@
 
 // What stands in for the world around the game while tests run: clocks that stand still, scripted random
 // numbers, calls that fail on demand, and records of what was called, played, written and shown. The linker
-// puts it in place (--wrap, the list is in tests/CMakeLists.txt).
+// puts it in place (--wrap, the list is in tests/support/CMakeLists.txt).
 
 #include <SDL.h>
 
@@ -25,6 +25,7 @@ struct world_record {
   std::vector<Uint32> delays;          // ms of every SDL_Delay
   std::string calls;                   // the wrapped functions that succeeded, with their numbers and texts
   int textures = 0;                    // made and not yet destroyed
+  long blocks = 0;                     // of calloc, not yet freed
   std::string sounds;                  // "hit ", "miss ", "bell " as they were played
   std::string box;                     // what the message boxes said
   std::string texts;                   // every rendered text and a bar
