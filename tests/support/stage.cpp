@@ -92,17 +92,16 @@ void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat, Uint16 modifiers) {
 void push_keys(const std::string &letters) {
   const std::map<char, SDL_Keycode> keys = {{'D', SDLK_DOWN},   {'U', SDLK_UP},       {'R', SDLK_RETURN},
                                             {'E', SDLK_ESCAPE}, {'N', SDLK_KP_ENTER}, {'X', SDLK_RETURN}};
-  const std::map<char, Uint8> window = {{'F', SDL_WINDOWEVENT_FOCUS_LOST}, {'M', SDL_WINDOWEVENT_MINIMIZED}};
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   for (const char letter : letters) {
     const char name = static_cast<char>(std::toupper(letter));
+    if (keys.contains(name)) {
+      push_key(keys.at(name), SDL_KEYDOWN, name != letter, name == 'X' ? KMOD_LALT : KMOD_NONE);
+      continue;
+    }
     SDL_Event event = {};
     event.type = name == 'Q' ? SDL_QUIT : SDL_WINDOWEVENT;
-    if (window.contains(name)) event.window.event = window.at(name);
-    if (keys.contains(name)) {
-      push_key(keys.at(name), SDL_KEYDOWN, name == letter ? 0 : 1, name == 'X' ? KMOD_LALT : KMOD_NONE);
-    } else {
-      SDL_PushEvent(&event);
-    }
+    event.window.event = name == 'F' ? SDL_WINDOWEVENT_FOCUS_LOST : SDL_WINDOWEVENT_MINIMIZED;
+    SDL_PushEvent(&event);
   }
 }

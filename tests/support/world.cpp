@@ -5,24 +5,28 @@
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "media/sounds.h"
 
 world_record world;
 
 namespace {
 
-std::string in_words(long value) {
-  return std::to_string(value) + " ";
-}
-std::string in_words(const char *text) {
-  return std::string(text) + " ";
-}
-std::string in_words(const void *) {
-  return "";
+// The numbers and texts among a call's arguments; addresses are others in every run.
+template <typename... types>
+std::string list(types... arguments) {
+  std::ostringstream words;
+  [[maybe_unused]] const auto add = [&words](auto argument) {
+    using type = decltype(argument);
+    if constexpr (std::is_integral_v<type> || std::is_same_v<type, const char *>) words << argument << " ";
+  };
+  (add(arguments), ...);
+  return words.str();
 }
 
 // Whether this call is to fail; puts it on record if not, with its numbers and texts.
-bool fails(const std::string &function, const std::string &arguments = "") {
+bool fails(const std::string &function, const std::string &arguments) {
   const auto found = world.failing.find(function);
   if (found != world.failing.end() && found->second <= 1) {
     if (found->second == 1) world.failing.erase(found);
@@ -33,11 +37,6 @@ bool fails(const std::string &function, const std::string &arguments = "") {
   world.calls += function + " " + arguments;
   world.textures += (function == "SDL_CreateTextureFromSurface") - (function == "SDL_DestroyTexture");
   return false;
-}
-
-template <typename... values>
-std::string list(const values &...arguments) {
-  return (std::string() + ... + in_words(arguments));
 }
 
 }  // namespace
@@ -128,7 +127,7 @@ int __wrap_SDL_ShowSimpleMessageBox(Uint32, const char *, const char *message, S
 SDL_Surface *__real_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color);
 SDL_Surface *__wrap_TTF_RenderUTF8_Solid(TTF_Font *font, const char *text, SDL_Color color) {
   world.texts += std::string(text) + "|";
-  return fails("TTF_RenderUTF8_Solid") ? nullptr : __real_TTF_RenderUTF8_Solid(font, text, color);
+  return fails("TTF_RenderUTF8_Solid", "") ? nullptr : __real_TTF_RenderUTF8_Solid(font, text, color);
 }
 
 }  // extern "C"
