@@ -32,21 +32,6 @@ TEST(game, pauses_when_nobody_looks_and_ends_when_its_window_is_closed) {
   }
 }
 
-TEST(game, ends_at_99_points) {
-  for (const auto &[score1, score2] : {std::pair{98, 98}, {99, 0}, {0, 99}, {0, 100}}) {
-    bare_match match(mode_two_players);
-    match.game.fighter1->score = score1;
-    match.game.fighter2->score = score2;
-    match.game.fighter1->vel_x = match.game.fighter2->vel_y = 4;
-    game_check_for_end(&match.game);
-    game_check_for_end(&match.game);  // the bell rings once
-    const bool ended = score1 + score2 < 98 + 98;
-    EXPECT_EQ(match.game.fighting, ended ? 0 : 1);
-    EXPECT_EQ(match.game.fighter1->vel_x + match.game.fighter2->vel_y, ended ? 0 : 8);
-    EXPECT_EQ(world.sounds, ended ? "bell " : "");
-  }
-}
-
 TEST(game, end_screen_follows_whatever_the_clock_does) {
   bare_match match(mode_two_players);
   match.game.time_left = 0;

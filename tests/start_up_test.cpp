@@ -62,11 +62,11 @@ TEST(start_up, sets_everything_up_and_releases_it_in_order) {
                                   "IMG_Init 2 TTF_Init "      // PNG
                                   "SDL_GetHint SDL_AUDIODRIVER "
                                   "Mix_OpenAudio 44100 32784 2 2048 "));  // 16 bits, stereo
-  EXPECT_THAT(world.calls, testing::EndsWith("TTF_CloseFont TTF_CloseFont TTF_CloseFont SDL_DestroyTexture "
-                                             "SDL_DestroyTexture SDL_DestroyTexture "
-                                             "SDL_DestroyTexture SDL_DestroyTexture Mix_FreeChunk "
-                                             "Mix_FreeChunk Mix_FreeChunk SDL_DestroyRenderer "
-                                             "SDL_DestroyWindow TTF_Quit IMG_Quit Mix_Quit SDL_Quit "));
+  const std::string release =
+      "TTF_CloseFont TTF_CloseFont TTF_CloseFont SDL_DestroyTexture SDL_DestroyTexture SDL_DestroyTexture "
+      "SDL_DestroyTexture SDL_DestroyTexture Mix_FreeChunk Mix_FreeChunk Mix_FreeChunk SDL_DestroyRenderer "
+      "SDL_DestroyWindow TTF_Quit IMG_Quit Mix_Quit SDL_Quit ";
+  EXPECT_THAT(world.calls, testing::EndsWith(release));
 }
 
 TEST(start_up, ring_fills_four_fifths_of_the_window_that_was_asked_for) {
@@ -77,7 +77,7 @@ TEST(start_up, ring_fills_four_fifths_of_the_window_that_was_asked_for) {
   } cases[] = {{{}, {800, 640}, {132, 80, 536, 480}},
                {{"335"}, {335, 640}, {33, 80, 268, 480}},
                {{"334abc", " +239.9", "more"}, {334, 239}, {100, 71, 134, 96}},
-               {{"--message-box", "wide", "--nonesuch", "0x10"}, {800, 640}, {132, 80, 536, 480}},
+               {{"wide", "--nonesuch", "0x10"}, {800, 640}, {132, 80, 536, 480}},
                {{"99999999999999999999", "2147483648"}, {800, 640}, {132, 80, 536, 480}},
                {{"1", "-5"}, {1, 1}, {-66, -47, 134, 96}},
                {{"--fullscreen", "7"}, {1024, 768}, {110, 96, 804, 576}}};
@@ -100,44 +100,33 @@ TEST(start_up, options_say_something) {
 }
 
 TEST(start_up, failing_call_is_reported) {
-  const std::string no_start = "Failed to initialize!\n", no_game = "Failed to init game!\n",
-                    no_media = "Failed to load media!\n",
-                    no_sdl = "SDL could not init! SDL Error: *\n" + no_start,
-                    no_image_library = "SDL_image could not init! SDL_image error: *\n",
+  const std::string no_sdl = "SDL could not init! SDL Error: *\nFailed to initialize!\n",
                     no_driver = "Sound driver dummy could not be opened! SDL Error: *\n",
                     no_sound = "Failed to load sound chunk! SDL_mixer Error: *";  // without a line break
-  const auto no_image = [](const std::string &file) {
-    return "Unable to load image assets/" + file + ".png! SDL_image Error: *\n";
-  };
-  const auto no_font = [](const std::string &size) {
-    return "Failed to load " + size + " font! SDL_ttf Error: *\n";
-  };
-  const std::string no_arrow = "Failed to load texture image! title!\n",
-                    no_head = no_image("dot") + "Failed to load texture image! black head!\n" + no_media;
   const std::pair<std::map<std::string, int>, std::string> cases[] = {
-      // 0: every call fails
+      // 0: all calls of the function fail
       {{{"SDL_Init", 1}}, no_sdl},
       {{{"SDL_GetCurrentVideoDriver", 1}, {"SDL_GetHint", 1}}, no_sdl},
       {{{"SDL_GetCurrentVideoDriver", 1}}, ""},  // unseen, as was asked for
       {{{"SDL_SetHint", 1}}, "Warning: linear texture filtering is not enabled!\n"},
-      {{{"SDL_CreateWindow", 1}}, "Window could not be created! SDL ERROR: *\n" + no_start},
+      {{{"SDL_CreateWindow", 1}}, "Window could not be created! SDL ERROR: *\nFailed to initialize!\n"},
       {{{"SDL_CreateRenderer", 1}}, ""},  // any other will do
-      {{{"SDL_CreateRenderer", 0}}, "Renderer could not be created! SDL Error: *\n" + no_start},
-      {{{"IMG_Init", 1}}, no_image_library + no_start},
+      {{{"SDL_CreateRenderer", 0}}, "Renderer could not be created! SDL Error: *\nFailed to initialize!\n"},
+      {{{"IMG_Init", 1}}, "SDL_image could not init! SDL_image error: *\nFailed to initialize!\n"},
       {{{"Mix_OpenAudio", 1}}, no_driver},  // the game goes on in silence
-      {{{"IMG_Init", 1}, {"TTF_Init", 1}, {"Mix_OpenAudio", 0}},
-       no_image_library + "SDL_ttf could not init! SDL_ttf error: *\n" + no_driver +
-           "SDL_mixer could not initialize! SDL_Mixer Error: *\n" + no_start},
-      {{{"calloc", 1}}, "Could not allocate memory for timer.\n" + no_game},
-      {{{"calloc", 2}}, "Could not allocate memory for cap timer.\n" + no_game},
-      {{{"calloc", 3}}, "Could not allocate memory for state.\n" + no_game},
-      {{{"TTF_OpenFont", 0}, {"IMG_Load", 0}},
-       no_font("normal") + no_font("big") + no_font("small") + no_image("to_right") + no_arrow +
-           no_image("to_left") + no_arrow + no_image("down") + no_arrow + no_image("up") + no_arrow +
-           no_head},
-      {{{"IMG_Load", 6}}, no_head},
-      {{{"SDL_CreateTextureFromSurface", 1}},
-       "Unable to create texture from assets/to_right.png! SDL Error: *\n" + no_arrow + no_media},
+      {{{"TTF_Init", 1}, {"Mix_OpenAudio", 0}},
+       "SDL_ttf could not init! SDL_ttf error: *\n" + no_driver +
+           "SDL_mixer could not initialize! SDL_Mixer Error: *\nFailed to initialize!\n"},
+      {{{"calloc", 1}}, "Could not allocate memory for timer.\nFailed to init game!\n"},
+      {{{"calloc", 2}}, "Could not allocate memory for cap timer.\nFailed to init game!\n"},
+      {{{"calloc", 3}}, "Could not allocate memory for state.\nFailed to init game!\n"},
+      {{{"TTF_OpenFont", 0}, {"IMG_Load", 5}},
+       "Failed to load normal font! SDL_ttf Error: *\nFailed to load big font! SDL_ttf Error: *\n"
+       "Failed to load small font! SDL_ttf Error: *\nUnable to load image assets/up.png! SDL_image Error: *\n"
+       "Failed to load texture image! title!\nFailed to load media!\n"},
+      {{{"SDL_CreateTextureFromSurface", 5}},
+       "Unable to create texture from assets/dot.png! SDL Error: *\n"
+       "Failed to load texture image! black head!\nFailed to load media!\n"},
       {{{"SDL_RWFromFile", 1}}, no_sound + "Failed to load sound!\n"},
       {{{"SDL_RWFromFile", 2}}, no_sound},
       {{{"SDL_RWFromFile", 3}}, no_sound}};

@@ -5,13 +5,11 @@
 
 #include "app/application.h"
 #include "app/main_loop.h"
-#include "app/screen_table.h"
 #include "core/context.h"
 #include "core/window.h"
-#include "fight/game.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
-#include "screens/game_screen.h"
+#include "net/net.h"
 
 // No display, no sound card.
 [[maybe_unused]] const int environment = setenv("SDL_VIDEODRIVER", "dummy", 1) +
@@ -32,40 +30,14 @@ open_game::~open_game() {
   EXPECT_EQ(world.textures, 0) << "textures that nobody destroyed";
 }
 
-namespace {
-Mix_Chunk hit, miss, bell;
-}
-
-bare_match::bare_match(int game_mode) {
-  world = {};
-  context = {};
-  SDL_Init(SDL_INIT_EVENTS);
+static game_state &begin_match(int game_mode) {
+  net_close();
   context.game_mode = static_cast<Uint8>(game_mode);
-  context.window_width = 800;
-  context.window_height = 640;
-  context.unit_w = 4;
-  context.unit_h = 5;
-  context.ring = {132, 80, 536, 480};
-  context.sound_on = 1;
-  context.fight_time = 120;
-  context.fighter1_color = 1;
-  context.fighter2_color = 2;
   context.frame_count = 1;
-  context.state_machine = &machine;
-  machine.current_state = screen_game;
-  state_use_screens(&machine, screen_table());
-  machine.screen = &game;
-  gPunchHit = &hit;
-  gPunch = &miss;
-  gBell = &bell;
-  game_load(&game);
+  return *static_cast<game_state *>(enter(screen_game));
 }
 
-bare_match::~bare_match() {
-  game_unload();
-  gPunchHit = gPunch = gBell = nullptr;
-  SDL_Quit();
-}
+bare_match::bare_match(int game_mode) : machine(*context.state_machine), game(begin_match(game_mode)) {}
 
 void *enter(int screen) {
   context.state_machine->next_state = screen;
