@@ -73,6 +73,7 @@ TEST(screens, missing_memory_ends_the_process_with_a_line) {
                                                      {screen_game, 2, "fighter"},
                                                      {screen_game, 4, "cpu"}};
   world = {};
+  context = {};
   EXPECT_TRUE(context_init());
   for (const auto &[screen, call, record] : cases) {
     const auto change = [&] {
