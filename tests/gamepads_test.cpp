@@ -20,43 +20,28 @@ std::string keys() {
   return names;
 }
 
-struct virtual_pad {
-  SDL_Joystick *joystick = nullptr;
-
-  void plug_in() {
-    joystick = SDL_JoystickOpen(SDL_JoystickAttachVirtual(
-        SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0));
-  }
-  void pull_out() {
-    const auto id = SDL_JoystickInstanceID(joystick);
-    for (int i = SDL_NumJoysticks() - 1; i >= 0; --i) {
-      if (SDL_JoystickGetDeviceInstanceID(i) == id) SDL_JoystickDetachVirtual(i);
-    }
-    SDL_JoystickClose(joystick);
-  }
-  void act(char action) {
-    const std::string buttons = "AB....S....UDLR", bends = "<(0)>";  // in SDL's order; by their values
-    constexpr Sint16 bend_values[] = {-32768, -13000, 0, 13000, 32767};
-    const auto button = buttons.find(static_cast<char>(std::toupper(action))), bend = bends.find(action);
-    if (action == '+') plug_in();
-    if (action == '-') pull_out();
-    if (bend != bends.npos)
-      SDL_JoystickSetVirtualAxis(joystick, SDL_CONTROLLER_AXIS_LEFTX, bend_values[bend]);
-    if (button != buttons.npos) {
-      SDL_JoystickSetVirtualButton(joystick, static_cast<int>(button), std::isupper(action) != 0);
-    }
-  }
-};
+// A capital pushes a button and its small letter lets it go: A, B, Start, and Left, Right, Up and Down of the
+// cross. The stick bends all the way left and right by < and >, a little way by ( and ), and stands by 0. +
+// plugs the pad in, - pulls the first one out.
+void act(SDL_Joystick *&pad, char action) {
+  const std::string buttons = "AB....S....UDLR", bends = "<(0)>";  // in SDL's order; by their values
+  constexpr Sint16 bend_values[] = {-32768, -13000, 0, 13000, 32767};
+  const auto button = buttons.find(static_cast<char>(std::toupper(action))), bend = bends.find(action);
+  if (bend != bends.npos) SDL_JoystickSetVirtualAxis(pad, SDL_CONTROLLER_AXIS_LEFTX, bend_values[bend]);
+  if (button != buttons.npos)
+    SDL_JoystickSetVirtualButton(pad, static_cast<int>(button), std::isupper(action) != 0);
+  if (action == '-') SDL_JoystickDetachVirtual(0);
+  if (action != '+') return;
+  pad = SDL_JoystickOpen(SDL_JoystickAttachVirtual(SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX,
+                                                   SDL_CONTROLLER_BUTTON_MAX, 0));
+}
 
 }  // namespace
 
-// Actions: a pad is plugged in by + and pulled out by -. A capital pushes a button and its small letter lets
-// it go: A, B, Start, and Left, Right, Up and Down of the cross. The stick bends all the way left and right
-// by < and >, a little way by ( and ), and stands by 0.
 TEST(gamepads, controls_are_keys) {
   const struct {
     int pad;
-    const char *actions, *keys;
+    const char *actions, *keys;  // of act() and of keys()
     int mode = mode_two_players, paused = pause_none, screen = screen_game;
   } steps[] = {
       {0, "+UuAaBbSs", "+Up-Up+Space-Space+Escape-Escape"},
@@ -78,14 +63,14 @@ TEST(gamepads, controls_are_keys) {
   bare_match match(mode_two_players);
   SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");  // since its window never has the focus
   gamepads_open();
-  virtual_pad pads[3];
+  SDL_Joystick *pads[3] = {};
   for (const auto &step : steps) {
     match.machine.current_state = step.screen;
     context.game_mode = static_cast<Uint8>(step.mode);
     match.game.paused = step.paused;
     std::string names;
     for (const char action : std::string(step.actions)) {
-      pads[step.pad].act(action);
+      act(pads[step.pad], action);
       names += keys();
     }
     EXPECT_EQ(names, step.keys) << "step " << &step - steps;

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <set>
 #include <sstream>
 
 #include "app/main_loop.h"
@@ -24,8 +23,8 @@ struct referee {
   std::ofstream record{"build/matches.txt"};
   random_player player;
   std::mt19937 dice{8};
+  bool set_back = false;  // the clock
   int played = 0, frames = 0, score1 = 0, score2 = 0;
-  std::set<int> menu_textures = {};
   std::uint64_t seen = 0;  // a number that every value since the match before has a share in
 
   template <typename... values>
@@ -41,6 +40,7 @@ struct referee {
     }
     add(game.paused, game.pause_selection, game.time_left, game.fighting);
     if (game.cpu != nullptr) add(game.distance, game.cpu->plan, game.cpu->direction, game.cpu->next_punch_at);
+    set_back = played % 4 == 1 && game.fighting == 0;
     score1 = game.fighter1->score;
     score2 = game.fighter2->score;
   }
@@ -62,18 +62,14 @@ struct referee {
   void end_frame() {
     state_object *state = context.state_machine;
     for (const char letter : world.sounds) add(letter);
-    add(context.sound_on, context.difficulty, context.fight_time, context.fighter1_color);
+    add(context.sound_on, context.difficulty, context.fight_time, context.fighter1_color, world.textures);
     if (state->current_state == screen_game) {
       watch(*static_cast<const game_state *>(state->screen));
     } else if (frames > 0) {
       write_down();
     }
-    if (state->current_state == screen_main_menu) menu_textures.insert(world.textures);
-    world.delays.clear();
     world.sounds.clear();
-    world.texts.clear();
-    world.calls.clear();
-    world.seconds = 1000 + world.ticks / 50;
+    world.seconds = (set_back ? 0 : 1000) + world.ticks / 50;
     player.play(*state);
     if (played == matches) state->next_state = screen_quit;
   }
@@ -87,5 +83,4 @@ TEST(matches, go_as_recorded) {
   world.dice = &referee.dice;
   world.on_delay = [&referee] { referee.end_frame(); };
   context_loop();
-  EXPECT_EQ(referee.menu_textures.size(), 1u) << "left over from other screens";
 }

@@ -1,17 +1,18 @@
-// What the screens have in common: their keys, and the report of what fails.
+// Keys of the screens, as far as the recorded matches do not press them, and the report of what fails.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "app/main_loop.h"
 #include "core/context.h"
+#include "fight/game_state.h"
 #include "tests/support/stage.h"
 
-TEST(screens, keys_of_menus) {
+TEST(screens, keys) {
   const struct {
     int screen;
     const char *keys;  // of push_keys()
-    int selected = 1, next_screen = screen_none;
+    int selected = 1, next_screen = screen_none, paused = pause_none, mode = mode_two_players;
   } cases[] = {{screen_main_menu, "xXEr"},
                {screen_main_menu, "DDR", 3, screen_lan},
                {screen_main_menu, "UN", 5, screen_quit},
@@ -19,17 +20,28 @@ TEST(screens, keys_of_menus) {
                {screen_end, "xXEr"},
                {screen_end, "DQR", 2, screen_quit},
                {screen_options, "DDDDdux"},
-               {screen_options, "UQE", 4, screen_quit}};
+               {screen_options, "UQE", 4, screen_quit},
+               {screen_game, "DXR"},
+               {screen_game, "EX", 1, screen_none, pause_local},
+               {screen_game, "QE", 1, screen_quit},
+               {screen_game, "F", 1, screen_none, pause_local},
+               {screen_game, "MF", 1, screen_none, pause_local},
+               {screen_game, "EUM", 3, screen_none, pause_local},
+               {screen_game, "FM", 1, screen_none, pause_none, mode_lan}};
   open_game game(800, 640);
   for (const auto &c : cases) {
-    enter(screen_game);
-    const int &selected = *static_cast<int *>(enter(c.screen));  // every menu's record begins with it
+    context.game_mode = static_cast<Uint8>(c.mode);
+    enter(screen_game);                                          // which the end screen follows
+    const int &selected = *static_cast<int *>(enter(c.screen));  // every screen's record begins with it
     push_keys(c.keys);
     context.state_machine->handle_input();
-    EXPECT_EQ(std::tie(selected, context.state_machine->next_state), std::tie(c.selected, c.next_screen))
+    const int paused = c.screen == screen_game ? current_game()->paused : pause_none;
+    EXPECT_EQ(std::tie(selected, context.state_machine->next_state, paused),
+              std::tie(c.selected, c.next_screen, c.paused))
         << "screen " << c.screen << ", keys " << c.keys;
+    EXPECT_EQ(context.game_mode, c.next_screen == screen_lan ? mode_lan : c.mode);
   }
-  EXPECT_EQ(context.game_mode, mode_lan);
+  EXPECT_EQ(context.sound_on, 1);
 }
 
 TEST(screens, without_a_text_are_reported_and_go_on) {

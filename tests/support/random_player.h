@@ -8,7 +8,6 @@
 #include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
-#include "screens/main_menu.h"
 
 // Somebody who plays every screen but the LAN lobby: fights, now and then pauses; in menus moves, changes,
 // enters and leaves, but never exits.
@@ -54,17 +53,12 @@ struct random_player {
     if (one_in(250)) tap(SDLK_ESCAPE);
   }
 
-  void use_menu(bool may_enter) {
-    constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN, SDLK_KP_ENTER};
-    if (one_in(5)) tap(keys[dice() % (may_enter ? 5 : 3)]);
-  }
-
   void play(const state_object &state) {
-    constexpr int lan_item = 3;
     const auto *game = static_cast<const game_state *>(state.screen);
-    const auto *menu = static_cast<const main_menu_screen *>(state.screen);
     if (state.current_state == screen_game && game->paused == pause_none) return fight(*game);
-    use_menu(state.current_state != screen_main_menu ||
-             (menu->selected != lan_item && menu->selected != main_menu_item_count));
+    constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN, SDLK_KP_ENTER};
+    const int selected = *static_cast<const int *>(state.screen);  // every screen's record begins with it
+    const bool no_return = state.current_state == screen_main_menu && (selected == 3 || selected == 5);
+    if (one_in(5)) tap(keys[dice() % (no_return ? 3 : 5)]);
   }
 };
