@@ -57,10 +57,9 @@ WRAP(const char *, SDL_GetCurrentVideoDriver, "offscreen", (), ())
 WRAP(const char *, SDL_GetHint, nullptr, (const char *name), (name))
 WRAP(SDL_Window *, SDL_CreateWindow, nullptr, (const char *title, int x, int y, int w, int h, Uint32 flags),
      (title, x, y, w, h, flags))
-WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * window, int index, Uint32 flags),
-     (window, index, flags))
-WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * renderer, SDL_Surface *surface),
-     (renderer, surface))
+WRAP(SDL_Renderer *, SDL_CreateRenderer, nullptr, (SDL_Window * w, int index, Uint32 flags),
+     (w, index, flags))
+WRAP(SDL_Texture *, SDL_CreateTextureFromSurface, nullptr, (SDL_Renderer * r, SDL_Surface *s), (r, s))
 WRAP(int, IMG_Init, IMG_INIT_JPG, (int flags), (flags))
 WRAP(SDL_Surface *, IMG_Load, nullptr, (const char *path), (path))
 WRAP(SDL_RWops *, SDL_RWFromFile, nullptr, (const char *path, const char *mode), (path, mode))
