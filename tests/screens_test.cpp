@@ -1,95 +1,99 @@
-// What the screens have in common: their keys, and the report of what fails.
+// Keys of the screens, as far as the recorded matches do not press them, and the report of what fails.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "app/main_loop.h"
 #include "core/context.h"
+#include "fight/game_state.h"
 #include "tests/support/stage.h"
 
-TEST(screens, keys_of_menus) {
+TEST(screens, keys) {
   const struct {
     int screen;
-    const char *keys;
-    int selected, next_state, game_mode;
-  } cases[] = {{1, "U", 5, 0, 9},       {1, "UD", 1, 0, 9},  {1, "Dddu", 2, 0, 9}, {1, "xXEr", 1, 0, 9},
-               {1, "R", 1, 2, 0},       {1, "DN", 2, 2, 1},  {1, "DDR", 3, 3, 2},  {1, "UUR", 4, 5, 9},
-               {1, "UR", 5, 6, 9},      {1, "RDR", 2, 2, 1}, {1, "DQD", 2, 6, 9},  {4, "D", 2, 0, 9},
-               {4, "DD", 1, 0, 9},      {4, "Ud", 2, 0, 9},  {4, "UU", 1, 0, 9},   {4, "xXEr", 1, 0, 9},
-               {4, "R", 1, 2, 9},       {4, "DR", 2, 1, 9},  {4, "DQD", 2, 6, 9},  {5, "U", 4, 0, 9},
-               {5, "DDDDdux", 1, 0, 9}, {5, "DDE", 3, 1, 9}, {5, "DQE", 2, 6, 9}};
+    const char *keys;  // of push_keys()
+    int selected = 1, next_screen = screen_none, paused = pause_none, mode = mode_two_players;
+  } cases[] = {{screen_main_menu, "xXEr"},
+               {screen_main_menu, "DDR", 3, screen_lan},
+               {screen_main_menu, "UN", 5, screen_quit},
+               {screen_main_menu, "DQD", 2, screen_quit},
+               {screen_end, "xXEr"},
+               {screen_end, "DQR", 2, screen_quit},
+               {screen_options, "DDDDdux"},
+               {screen_options, "UQE", 4, screen_quit},
+               {screen_game, "DXR"},
+               {screen_game, "EX", 1, screen_none, pause_local},
+               {screen_game, "QE", 1, screen_quit},
+               {screen_game, "F", 1, screen_none, pause_local},
+               {screen_game, "MF", 1, screen_none, pause_local},
+               {screen_game, "EUM", 3, screen_none, pause_local},
+               {screen_game, "FM", 1, screen_none, pause_none, mode_lan}};
   open_game game(800, 640);
   for (const auto &c : cases) {
-    enter(2);
-    const int &selected = *static_cast<int *>(enter(c.screen));  // every menu's record begins with it
-    context.game_mode = 9;
+    context.game_mode = static_cast<Uint8>(c.mode);
+    enter(screen_game);                                          // which the end screen follows
+    const int &selected = *static_cast<int *>(enter(c.screen));  // every screen's record begins with it
     push_keys(c.keys);
     context.state_machine->handle_input();
-    EXPECT_EQ(std::tie(selected, context.state_machine->next_state, context.game_mode),
-              std::tie(c.selected, c.next_state, c.game_mode))
+    const int paused = c.screen == screen_game ? current_game()->paused : pause_none;
+    EXPECT_EQ(std::tie(selected, context.state_machine->next_state, paused),
+              std::tie(c.selected, c.next_screen, c.paused))
         << "screen " << c.screen << ", keys " << c.keys;
+    EXPECT_EQ(context.game_mode, c.next_screen == screen_lan ? mode_lan : c.mode);
   }
+  EXPECT_EQ(context.sound_on, 1);
 }
 
-TEST(screens, without_texts_are_reported_and_go_on) {
-  const std::string loader = "Unable to render text suraface! SDL_ttf Error: *\n";
-  const std::string item = loader + "Unable to load texture from text!\n";
-  const std::string title = loader + "Unable to render title texture!\n";
-  const std::string options = loader + "Unable to create option",
-                    top = loader + "Unable to load texture from text (";
-  const std::string rows =
-      options + " sound texture!\n" + options + " difficulty texture!\n" + options + " time texture!\n";
+TEST(screens, without_a_text_are_reported_and_go_on) {
+  const std::string no_text = "Unable to render text suraface! SDL_ttf Error: *\n";
   const struct {
-    int screen;
-    const char *keys;
-    std::string lines;
-  } cases[] = {
-      {1, "D", title + title + title + title + item + item + item + item + item + item + item + item},
-      {5, "RrDRDR", options + "s title texture!\n" + rows + rows},
-      {2, "E",
-       top + "Time)!\n" + top + "Score)!\n" + top + "Score)!\n" + top + "Pause title)!\n" + top +
-           "pause sound)!\n" + loader + loader + loader},
-      {4, "",
-       loader + "Unable to create game over texture!\n" + loader + "Unable to create score texture!\n" +
-           item + item}};
+    int screen, text;  // the latter counted as they are made
+    const char *line;
+  } cases[] = {{screen_main_menu, 1, "Unable to render title texture!\n"},
+               {screen_main_menu, 5, "Unable to load texture from text!\n"},
+               {screen_options, 1, "Unable to create options title texture!\n"},
+               {screen_options, 2, "Unable to create option sound texture!\n"},
+               {screen_options, 6, "Unable to create option difficulty texture!\n"},
+               {screen_options, 7, "Unable to create option time texture!\n"},
+               {screen_game, 1, "Unable to load texture from text (Time)!\n"},
+               {screen_game, 3, "Unable to load texture from text (Score)!\n"},
+               {screen_game, 4, "Unable to load texture from text (Pause title)!\n"},
+               {screen_game, 5, "Unable to load texture from text (pause sound)!\n"},
+               {screen_game, 7, ""},
+               {screen_end, 1, "Unable to create game over texture!\n"},
+               {screen_end, 2, "Unable to create score texture!\n"}};
   open_game game(800, 640);
   for (const auto &c : cases) {
-    world.failing = {{"TTF_RenderUTF8_Solid", 0}};
+    enter(screen_game);
+    world.failing = {{"TTF_RenderUTF8_Solid", c.text}};
     EXPECT_EQ(output_of([&c] {
                 enter(c.screen);
-                push_keys(c.keys);
+                push_keys("RDRDRE");
                 context.state_machine->handle_input();
                 context.state_machine->render();
               }),
-              c.lines);
+              no_text + c.line);
   }
-  EXPECT_EQ(std::tie(context.difficulty, context.fight_time), std::make_tuple(2, 60))
-      << "options change all the same";
   world.failing = {{"SDL_CreateTextureFromSurface", 1}};
-  EXPECT_EQ(output_of([] { enter(1); }),
+  EXPECT_EQ(output_of([] { enter(screen_main_menu); }),
             "Unable to create texture from rendered text! SDL Error: *\nUnable to render title texture!\n");
 }
 
 TEST(screens, missing_memory_ends_the_process_with_a_line) {
-  const struct {
-    int screen, call;
-    const char *record;
-  } cases[] = {{1, 1, "main menu state"},
-               {1, 2, "texture"},
-               {2, 1, "game state"},
-               {2, 3, "fighter"},
-               {2, 4, "cpu"},
-               {4, 1, "end menu state"},
-               {5, 1, "options menu state"},
-               {5, 2, "fighter"}};
-  bare_match match(0);
-  for (const auto &c : cases) {
-    const auto change = [&c] {
+  const std::tuple<int, int, std::string> cases[] = {{screen_main_menu, 1, "main menu state"},
+                                                     {screen_main_menu, 2, "texture"},
+                                                     {screen_game, 2, "fighter"},
+                                                     {screen_game, 4, "cpu"}};
+  world = {};
+  context = {};
+  EXPECT_TRUE(context_init());
+  for (const auto &[screen, call, record] : cases) {
+    const auto change = [&] {
       dup2(STDERR_FILENO, STDOUT_FILENO);
-      context.state_machine->current_state = screen_none;
-      world.failing = {{"calloc", c.call}};
-      enter(c.screen);
+      world.failing = {{"calloc", call}};
+      enter(screen);
     };
-    const std::string line = std::string("Could not allocat memory for ") + c.record + "!\n$";
-    EXPECT_EXIT(change(), testing::ExitedWithCode(1), line);
+    EXPECT_EXIT(change(), testing::ExitedWithCode(1), "Could not allocat memory for " + record + "!\n$");
   }
+  context_teardown();
 }

@@ -2,14 +2,12 @@
 
 #include <SDL.h>
 
-#include <cstddef>
 #include <iterator>
 #include <random>
 
 #include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
-#include "screens/main_menu.h"
 
 // Somebody who plays every screen but the LAN lobby: fights, now and then pauses; in menus moves, changes,
 // enters and leaves, but never exits.
@@ -19,15 +17,18 @@ struct random_player {
 
   bool one_in(unsigned frames) { return dice() % frames == 0; }
 
-  void push(SDL_Keycode key, Uint32 type) {
+  void push(SDL_Keycode key, Uint32 type, Uint8 repeat = 0) {
     SDL_Event event = {};
     event.type = type;
+    event.key.repeat = repeat;
     event.key.keysym.sym = key;
     SDL_PushEvent(&event);
   }
 
+  // For long enough that the key begins to repeat.
   void tap(SDL_Keycode key) {
     push(key, SDL_KEYDOWN);
+    push(key, SDL_KEYDOWN, 1);
     push(key, SDL_KEYUP);
   }
 
@@ -35,6 +36,7 @@ struct random_player {
   void turn(int &axis, int distance, SDL_Keycode back, SDL_Keycode forth) {
     const int towards = distance > 0 ? 1 : -1;
     const int wanted[] = {-1, 0, 1, towards, towards};
+    if (!one_in(5)) return;
     if (axis != 0) push(axis < 0 ? back : forth, SDL_KEYUP);
     axis = wanted[dice() % std::size(wanted)];
     if (axis != 0) push(axis < 0 ? back : forth, SDL_KEYDOWN);
@@ -42,27 +44,21 @@ struct random_player {
 
   void fight(const game_state &game) {
     const int across = game.fighter2->x - game.fighter1->x, down = game.fighter2->y - game.fighter1->y;
-    if (one_in(5)) turn(held[0], across, SDLK_LEFT, SDLK_RIGHT);
-    if (one_in(5)) turn(held[1], down, SDLK_UP, SDLK_DOWN);
-    if (one_in(5)) turn(held[2], -across, SDLK_a, SDLK_d);
-    if (one_in(5)) turn(held[3], -down, SDLK_w, SDLK_s);
+    turn(held[0], across, SDLK_LEFT, SDLK_RIGHT);
+    turn(held[1], down, SDLK_UP, SDLK_DOWN);
+    turn(held[2], -across, SDLK_a, SDLK_d);
+    turn(held[3], -down, SDLK_w, SDLK_s);
     if (one_in(4)) tap(SDLK_SPACE);
     if (one_in(4)) tap(SDLK_TAB);
     if (one_in(250)) tap(SDLK_ESCAPE);
   }
 
-  void use_menu(int item) {
-    constexpr int lan_item = 3;
-    if (!one_in(5)) return;
-    constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN};
-    const SDL_Keycode key = keys[dice() % std::size(keys)];
-    if (key != SDLK_RETURN || (item != main_menu_item_count && item != lan_item)) tap(key);
-  }
-
   void play(const state_object &state) {
     const auto *game = static_cast<const game_state *>(state.screen);
-    const auto *menu = static_cast<const main_menu_screen *>(state.screen);
     if (state.current_state == screen_game && game->paused == pause_none) return fight(*game);
-    use_menu(state.current_state == screen_main_menu ? menu->selected : 0);
+    constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN, SDLK_KP_ENTER};
+    const int selected = *static_cast<const int *>(state.screen);  // every screen's record begins with it
+    const bool no_return = state.current_state == screen_main_menu && (selected == 3 || selected == 5);
+    if (one_in(5)) tap(keys[dice() % (no_return ? 3 : 5)]);
   }
 };

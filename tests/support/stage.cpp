@@ -5,13 +5,11 @@
 
 #include "app/application.h"
 #include "app/main_loop.h"
-#include "app/screen_table.h"
 #include "core/context.h"
 #include "core/window.h"
-#include "fight/game.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
-#include "screens/game_screen.h"
+#include "net/net.h"
 
 // No display, no sound card.
 [[maybe_unused]] const int environment = setenv("SDL_VIDEODRIVER", "dummy", 1) +
@@ -32,40 +30,14 @@ open_game::~open_game() {
   EXPECT_EQ(world.textures, 0) << "textures that nobody destroyed";
 }
 
-namespace {
-Mix_Chunk hit, miss, bell;
-}
-
-bare_match::bare_match(int game_mode) {
-  world = {};
-  context = {};
-  SDL_Init(SDL_INIT_EVENTS);
+static game_state &begin_match(int game_mode) {
+  net_close();
   context.game_mode = static_cast<Uint8>(game_mode);
-  context.window_width = 800;
-  context.window_height = 640;
-  context.unit_w = 4;
-  context.unit_h = 5;
-  context.ring = {132, 80, 536, 480};
-  context.sound_on = 1;
-  context.fight_time = 120;
-  context.fighter1_color = 1;
-  context.fighter2_color = 2;
   context.frame_count = 1;
-  context.state_machine = &machine;
-  machine.current_state = screen_game;
-  state_use_screens(&machine, screen_table());
-  machine.screen = &game;
-  gPunchHit = &hit;
-  gPunch = &miss;
-  gBell = &bell;
-  game_load(&game);
+  return *static_cast<game_state *>(enter(screen_game));
 }
 
-bare_match::~bare_match() {
-  game_unload();
-  gPunchHit = gPunch = gBell = nullptr;
-  SDL_Quit();
-}
+bare_match::bare_match(int game_mode) : machine(*context.state_machine), game(begin_match(game_mode)) {}
 
 void *enter(int screen) {
   context.state_machine->next_state = screen;
@@ -92,17 +64,16 @@ void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat, Uint16 modifiers) {
 void push_keys(const std::string &letters) {
   const std::map<char, SDL_Keycode> keys = {{'D', SDLK_DOWN},   {'U', SDLK_UP},       {'R', SDLK_RETURN},
                                             {'E', SDLK_ESCAPE}, {'N', SDLK_KP_ENTER}, {'X', SDLK_RETURN}};
-  const std::map<char, Uint8> window = {{'F', SDL_WINDOWEVENT_FOCUS_LOST}, {'M', SDL_WINDOWEVENT_MINIMIZED}};
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   for (const char letter : letters) {
     const char name = static_cast<char>(std::toupper(letter));
+    if (keys.contains(name)) {
+      push_key(keys.at(name), SDL_KEYDOWN, name != letter, name == 'X' ? KMOD_LALT : KMOD_NONE);
+      continue;
+    }
     SDL_Event event = {};
     event.type = name == 'Q' ? SDL_QUIT : SDL_WINDOWEVENT;
-    if (window.contains(name)) event.window.event = window.at(name);
-    if (keys.contains(name)) {
-      push_key(keys.at(name), SDL_KEYDOWN, name == letter ? 0 : 1, name == 'X' ? KMOD_LALT : KMOD_NONE);
-    } else {
-      SDL_PushEvent(&event);
-    }
+    event.window.event = name == 'F' ? SDL_WINDOWEVENT_FOCUS_LOST : SDL_WINDOWEVENT_MINIMIZED;
+    SDL_PushEvent(&event);
   }
 }

@@ -18,13 +18,13 @@ struct open_game {
   ~open_game();
 };
 
-// In a fresh world, a match without window and media: the geometry of an 800 x 640 window: blocks of 4 x 5
-// pixels, the ring's corner at (132, 80), fighter 1 at (172, 130), fighter 2 at (476, 350). Nobody flexes.
+// In a fresh world, a match off the network in an 800 x 640 window: blocks of 4 x 5 pixels, the ring's corner
+// at (132, 80), fighter 1 at (172, 130), fighter 2 at (476, 350). Nobody flexes.
 struct bare_match {
   explicit bare_match(int game_mode);
-  ~bare_match();
-  state_object machine = {};
-  game_state game = {};
+  open_game window{800, 640};
+  state_object &machine;
+  game_state &game;
 };
 
 // Makes the screen current, as the main loop would, and gives its record.
