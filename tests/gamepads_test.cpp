@@ -60,14 +60,15 @@ TEST(gamepads, controls_are_keys) {
       {1, "Aa", "+Tab-Tab"},
       {2, "+A", "+Space"},
   };
-  bare_match match(mode_two_players);
+  open_game game(800, 640);
+  game_state *match = static_cast<game_state *>(enter(screen_game));
   SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");  // since its window never has the focus
   gamepads_open();
   SDL_Joystick *pads[3] = {};
   for (const auto &step : steps) {
-    match.machine.current_state = step.screen;
+    context.state_machine->current_state = step.screen;
     context.game_mode = static_cast<Uint8>(step.mode);
-    match.game.paused = step.paused;
+    match->paused = step.paused;
     std::string names;
     for (const char action : std::string(step.actions)) {
       act(pads[step.pad], action);

@@ -9,7 +9,6 @@
 #include "core/window.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
-#include "net/net.h"
 
 // No display, no sound card.
 [[maybe_unused]] const int environment = setenv("SDL_VIDEODRIVER", "dummy", 1) +
@@ -29,15 +28,6 @@ open_game::~open_game() {
   close_sdl_window();
   EXPECT_EQ(world.textures, 0) << "textures that nobody destroyed";
 }
-
-static game_state &begin_match(int game_mode) {
-  net_close();
-  context.game_mode = static_cast<Uint8>(game_mode);
-  context.frame_count = 1;
-  return *static_cast<game_state *>(enter(screen_game));
-}
-
-bare_match::bare_match(int game_mode) : machine(*context.state_machine), game(begin_match(game_mode)) {}
 
 void *enter(int screen) {
   context.state_machine->next_state = screen;

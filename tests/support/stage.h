@@ -1,6 +1,6 @@
 #pragma once
 
-// Where the tests play: the game with window and media, or a bare match; and the keys they press.
+// Where the tests play: the game with window and media; and the keys they press.
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -16,15 +16,6 @@
 struct open_game {
   open_game(int width, int height);
   ~open_game();
-};
-
-// In a fresh world, a match off the network in an 800 x 640 window: blocks of 4 x 5 pixels, the ring's corner
-// at (132, 80), fighter 1 at (172, 130), fighter 2 at (476, 350). Nobody flexes.
-struct bare_match {
-  explicit bare_match(int game_mode);
-  open_game window{800, 640};
-  state_object &machine;
-  game_state &game;
 };
 
 // Makes the screen current, as the main loop would, and gives its record.
