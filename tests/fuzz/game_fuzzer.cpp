@@ -22,6 +22,7 @@
 #include "net/message_reader.h"
 #include "net/net.h"
 #include "net/peer_list.h"
+#include "net/token_list.h"
 #include "tests/support/network.h"
 #include "tests/support/world.h"
 
@@ -102,6 +103,10 @@ void check_fighter(const fighter *fighter, const struct fighter *other) {
 
 void check_frame() {
   const state_object *state = context.state_machine;
+  for (const list_node *node = creatorList; node != nullptr; node = node->next) {
+    const room_record *room = get_peer_from_list(node);
+    assert(ENDS(room->ip) && ENDS(room->name) && ENDS(room->joiner_name) && ENDS(room->room_id));
+  }
   assert(gTemp.handle == nullptr && count_list(creatorList) <= 160 && ENDS(netInfo.room_id));
   assert(state->screen != nullptr && ENDS(netInfo.username) && ENDS(netInfo.peer_username));
   if (state->current_state == screen_lan) {
@@ -118,6 +123,22 @@ void check_frame() {
   }
 }
 
+// Every token is the piece of the text that its length says, right behind the one before.
+void check_tokens(const char *sent) {
+  const std::vector text(sent, sent + std::strlen(sent) + 1);  // beyond which nothing can be read unseen
+  const char *data = text.data() + (sent[0] != '\0');
+  list_node *tokens = nullptr;
+  extract_tokens_from_transmission(text.data(), sent[0] != '\0', &tokens);
+  for (const list_node *node = tokens; node != nullptr; node = node->next) {
+    const message_token *token = static_cast<const message_token *>(node->data);
+    data += std::strcspn(data, " ") + 1;
+    assert(within(token->length, 0, static_cast<int>(&text.back() - data)));
+    assert(std::memcmp(data, token->data, static_cast<std::size_t>(token->length)) == 0);
+    data += token->length + 1;
+  }
+  delete_token_list(&tokens);
+}
+
 // The game's own messages must be ones that it takes in.
 void check_sent() {
   for (const datagram &own : network.sent) {
@@ -129,6 +150,7 @@ void check_sent() {
 }
 
 void arrive(const std::string &text, int sender) {
+  check_tokens(text.c_str());
   mirrored |= text[0] == 'e';
   network.inbox.push_back({"10.0.0." + std::to_string(sender + 1), text});
 }
@@ -145,9 +167,8 @@ void play() {
     }
     if (kind == 4) arrive(take_text(160), detail % 8);
     if (kind == 5) world.ticks += static_cast<Uint32>(detail * 200);
-    if (kind >= 6)
-      network.fails =
-          detail == 1 ? std::set<std::string>{"send", "receive", "wait"} : std::set<std::string>{};
+    if (kind >= 6) network.fails.clear();
+    if (kind >= 6 && detail == 1) network.fails = {"send", "receive", "wait"};
     if (kind >= 6) clock_by += (detail - 16) * 10L;
   }
   world.seconds = 1000000 + clock_by + world.ticks / 1000;
