@@ -90,20 +90,6 @@ TEST(net, sends_to_group_peer_and_sender) {
   }
 }
 
-TEST(net, receives_a_datagram_as_a_text) {
-  share_room();
-  for (const std::size_t size : {0u, 150u, 151u}) {
-    network.inbox = {{stranger_ip, std::string(size, 'd')}};
-    std::string buffer(receive_buffer_size + 1, 'x');
-    const std::size_t taken = std::min<std::size_t>(size, 150);
-    EXPECT_EQ(net_receive_udp(buffer.data(), receive_buffer_size), static_cast<int>(taken));
-    EXPECT_EQ(buffer, std::string(taken, 'd') + std::string(151 - taken, '\0') + "x");
-    EXPECT_STREQ(net_get_sender_ip(), stranger_ip);
-  }
-  netInfo.ip_type = 'b';
-  EXPECT_EQ(net_get_sender_ip(), nullptr);
-}
-
 TEST(net, reports_failures_and_waits_out_no_flood) {
   share_room();
   network.inbox.assign(3000, {stranger_ip, "x"});
