@@ -87,6 +87,13 @@ TEST_F(lan_menu, text_input_is_on_while_a_name_is_typed) {
   EXPECT_FALSE(SDL_IsTextInputActive());
 }
 
+TEST_F(lan_menu, starts_anew) {
+  open(page_host_room, 1);
+  enter(screen_lan);
+  EXPECT_EQ(netInfo.is_host + netInfo.guest_joined, 0);
+  EXPECT_EQ(netInfo.username + (netInfo.room_id + std::string(netInfo.peer_username)), "Bob");
+}
+
 TEST_F(lan_menu, keys_lead_from_page_to_page) {
   const struct {
     int page;

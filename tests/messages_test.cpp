@@ -232,6 +232,20 @@ TEST_F(messages, are_taken_in_two_a_frame) {
   EXPECT_EQ(network.inbox.size(), 1u) << "a local match hears nothing";
 }
 
+TEST_F(messages, tell_of_a_press_until_it_is_seen_or_late) {
+  for (const auto &[frame_time, answered, told] : {std::tuple{70u, 9, "1100"}, {33u, 2, "1166"}}) {
+    begin(screen_game, false);
+    push_key(SDLK_SPACE);
+    for (int frame = 0; frame < 4; ++frame) {
+      if (frame == answered) receive("e8 Rb4kT8mA 3 500" + full_state);
+      game_handle_input();
+      const std::string text = sent_to(peer_ip);
+      EXPECT_EQ(text[text.size() - 6], told[frame]) << told << frame;
+      world.ticks += frame_time;
+    }
+  }
+}
+
 TEST_F(messages, of_a_flood_are_thrown_away_while_a_frame_sleeps) {
   begin(screen_game, true);
   for (const auto &[strangers, naps, left] : {std::tuple{200u, 1u, 3u}, {201u, 17u, 1u}}) {
