@@ -106,8 +106,7 @@ int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *fro
 
 int socket_wait(socket_handle, int sets, int, int microseconds) {
   if (network.fails.contains("wait")) return -1;
-  const int writable = network.fails.contains("write") ? 0 : socket_writable;
-  const int ready = sets & (writable | (network.inbox.empty() ? 0 : socket_readable));
+  const int ready = sets & (socket_writable | (network.inbox.empty() ? 0 : socket_readable));
   if (ready == 0) world.ticks += static_cast<Uint32>(microseconds / 1000);
   return ready;
 }
