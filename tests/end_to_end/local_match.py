@@ -1,6 +1,5 @@
 """Plays the real game in a virtual display, where the demonstration leaves something out: both players punch and are
-heard until the sound is turned off, the computer's fighter walks, and the window ends the program. Ends with status 0
-when all was as it should be.
+heard until the sound is turned off, and the window ends the program. Ends with status 0 when all was as it should be.
 
     local_match.py [program]"""
 
@@ -10,8 +9,8 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver"))
 
 from game_driver import RELEASE_PROGRAM, ROOT, Display, Game, wait_until  # noqa: E402
-from game_pages import CORNERS, check, check_end, choose, pause, wait_for_match  # noqa: E402
-from game_screens import BLACK, DARK, PLAYER_1, PLAYER_2, WHITE, clock, land_punch, places, shows  # noqa: E402
+from game_pages import check, check_end, choose, pause, wait_for_match  # noqa: E402
+from game_screens import BLACK, DARK, PLAYER_1, PLAYER_2, WHITE, land_punch, places, shows  # noqa: E402
 
 SOUND = ROOT / "build" / "end_to_end" / "sound.raw"  # which SDL's disk driver writes instead of playing it
 QUARTER_SECOND = 44100 * 2 * 2 // 4
@@ -41,15 +40,6 @@ def face_each_other(game):
     game.press("Escape", "Up", "Return")  # which ends at "Quit"
 
 
-def face_the_cpu(game):
-    """Nobody presses a key, and the opponent leaves its corner."""
-    def walks(picture):
-        seen = places(picture)
-        return clock(picture) and seen and seen[0] == CORNERS[0] and seen[1] != CORNERS[1]
-    choose(game, "1 Player")
-    game.wait_until("the opponent walks", walks)
-
-
 def main():
     program = sys.argv[1] if len(sys.argv) > 1 else RELEASE_PROGRAM
     SOUND.parent.mkdir(parents=True, exist_ok=True)
@@ -57,7 +47,6 @@ def main():
     with Display() as display, Game(display, program, environment=environment) as game:
         game.open_window()
         face_each_other(game)
-        face_the_cpu(game)
         game.close_window()
         check_end(game)
 

@@ -60,15 +60,13 @@ def lonely():
 
 
 def play(program, folder):
-    with Display() as display:
-        with lonely():
-            game = Game(display, program, root=folder, environment={"SDL_AUDIODRIVER": None})
-        with game:
-            game.open_window()
-            choose(game, "2 Player")
-            wait_for_match(game, 120)
-            game.close_window()
-            check_end(game)
+    silent = {"SDL_AUDIODRIVER": None}
+    with Display() as display, lonely(), Game(display, program, root=folder, environment=silent) as game:
+        game.open_window()
+        choose(game, "2 Player")
+        wait_for_match(game, 120)
+        game.close_window()
+        check_end(game)
 
 
 def main():
