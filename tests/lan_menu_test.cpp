@@ -112,8 +112,10 @@ TEST_F(lan_menu, keys_lead_from_page_to_page) {
   for (const auto &c : cases) {
     open(c.page, c.page == page_host_room);
     world.draws.assign(c.keys[0] == 'U' && c.keys[1] == 'R' ? 16 : 0, 1);  // for a new room's id
+    network.inbox = {{stranger_ip, "queued while nobody listened"}};
     press(c.keys);
     SCOPED_TRACE(std::to_string(c.page) + c.keys);
+    EXPECT_EQ(network.inbox.empty(), c.page == page_name_entry && c.page_after != page_name_entry);
     EXPECT_EQ(std::tie(lobby->mode, context.state_machine->next_state),
               std::tie(c.page_after, c.next_screen));
     EXPECT_EQ(sent(), c.sent);
@@ -134,6 +136,8 @@ TEST_F(lan_menu, host_sets_up_the_match) {
   EXPECT_EQ(fighter1->color, graphics_get_color(2));
   press("DRR");
   EXPECT_EQ(world.texts, "Time: 01:00|Time: 01:15|");
+  press("DR");
+  EXPECT_EQ(lobby->start_requested, 0) << "there is no guest";
   open(page_host_room, 1);
   press("UR");
   EXPECT_EQ(sent() + netInfo.peer_ip, "g");
@@ -150,6 +154,10 @@ TEST_F(lan_menu, start_waits_for_the_guest_for_five_seconds) {
     EXPECT_EQ(sent(), letters);
     EXPECT_EQ(lobby->mode, page_host_room) << "keys wait";
   }
+  press("R");  // on "Start Game" still
+  press("EQ");
+  lan_update();
+  EXPECT_EQ(sent(), "h*h*h*") << "the close does not wait";
 }
 
 TEST_F(lan_menu, room_list_scrolls_and_joins) {
