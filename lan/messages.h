@@ -1,6 +1,6 @@
 #pragma once
 
-// The nine messages of the LAN protocol. A message is one datagram of datagram_size bytes: its letter, its
+// The messages of the LAN protocol. A message is one datagram of datagram_size bytes: its letter, its
 // tokens (net/token_list.h), then NULs; at least one of them.
 //
 //   letter                   to     tokens

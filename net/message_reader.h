@@ -1,6 +1,6 @@
 #pragma once
 
-// The letters of the nine messages, and what each carries: reads a datagram's text into a record, or refuses
+// The letters of the messages, and what each carries: reads a datagram's text into a record, or refuses
 // it. Reading looks at nothing but the text and changes nothing; what a message means here and now is the
 // interpreter's.
 

@@ -84,4 +84,5 @@ TEST(matches, go_as_recorded) {
   world.dice = &referee.dice;
   world.on_delay = [&referee] { referee.end_frame(); };
   context_loop();
+  EXPECT_EQ(referee.played, matches);
 }

@@ -38,7 +38,8 @@ missing_packages() {
 }
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo. Says what, and does nothing,
-# not even a look at the network, when all is there. Elsewhere than on Debian it only names the packages.
+# not even a look at the network, when all is there. Elsewhere than on Debian it only names the packages. Where it
+# fails it names what root is to do.
 install_packages() {
   if ! command -v dpkg-query >/dev/null; then
     echo "This is no Debian system, so nothing is installed. The packages are called there: $*"
@@ -51,14 +52,22 @@ install_packages() {
   local as_root=()
   if ((EUID != 0)); then
     if ! command -v sudo >/dev/null; then
-      echo "These packages are missing; install them as root: apt-get install ${missing[*]}" >&2
+      name_for_root "${missing[@]}"
       return 1
     fi
     as_root=(sudo)
   fi
   local apt_get=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
   echo "Installing ${missing[*]}; this may take minutes"
-  "${apt_get[@]}" update && "${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+  if ! "${apt_get[@]}" update || ! "${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null; then
+    name_for_root "${missing[@]}"
+    return 1
+  fi
+}
+
+# name_for_root PACKAGE...: says how root installs them.
+name_for_root() {
+  echo "Packages are missing. As root: apt-get update && apt-get install --no-install-recommends $*" >&2
 }
 
 # check_writable FOLDER: makes the folder below build/. Says in one line what to do where it, or what is in it, cannot

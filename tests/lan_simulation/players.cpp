@@ -48,8 +48,10 @@ SDL_Keycode next_key(const machine &own) {
   if (own.wish == be_idle) return SDLK_UNKNOWN;
   if (const auto *lobby = lobby_of(own)) return in_lobby(own, *lobby);
   if (const auto *end = end_of(own)) return to_row(end->selected, own.wish == be_home ? 2 : 1);
-  if (const auto *menu = menu_of(own)) return own.wish == be_home ? SDLK_UNKNOWN : to_row(menu->selected, 3);
-  return SDLK_ESCAPE;  // the options
+  const auto *menu = menu_of(own);
+  if (menu == nullptr) return SDLK_ESCAPE;  // the options
+  if (own.wish == be_home) return SDLK_UNKNOWN;
+  return menu->labels[menu->selected - 1] == std::string("LAN") ? SDLK_RETURN : SDLK_DOWN;
 }
 
 // Walks about near the other one. After a long wait between two punches comes a short one.

@@ -4,10 +4,12 @@
 
 #include <iterator>
 #include <random>
+#include <string>
 
 #include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "screens/main_menu.h"
 
 // Somebody who plays every screen but the LAN lobby: fights, now and then pauses; in menus moves, changes,
 // enters and leaves, but never exits.
@@ -53,12 +55,18 @@ struct random_player {
     if (one_in(250)) tap(SDLK_ESCAPE);
   }
 
+  // Whether Return would lead to the lobby or end the program.
+  static bool stays_away(const state_object &state) {
+    if (state.current_state != screen_main_menu) return false;
+    const auto *menu = static_cast<const main_menu_screen *>(state.screen);
+    const std::string item = menu->labels[menu->selected - 1];
+    return item == "LAN" || item == "Exit";
+  }
+
   void play(const state_object &state) {
     const auto *game = static_cast<const game_state *>(state.screen);
     if (state.current_state == screen_game && game->paused == pause_none) return fight(*game);
     constexpr SDL_Keycode keys[] = {SDLK_UP, SDLK_DOWN, SDLK_ESCAPE, SDLK_RETURN, SDLK_KP_ENTER};
-    const int selected = *static_cast<const int *>(state.screen);  // every screen's record begins with it
-    const bool no_return = state.current_state == screen_main_menu && (selected == 3 || selected == 5);
-    if (one_in(5)) tap(keys[dice() % (no_return ? 3 : 5)]);
+    if (one_in(5)) tap(keys[dice() % (stays_away(state) ? 3 : 5)]);
   }
 };
