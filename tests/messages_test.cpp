@@ -180,13 +180,20 @@ TEST_F(messages, make_host_and_guest_a_pair) {
 }
 
 TEST_F(messages, move_the_guest_by_the_hosts_own_blocks_and_pause) {
-  begin(screen_game, true);
-  const fighter &guest = *match()->fighter2;
-  for (int counter = 413; const char *told : {" 1 4 2 -4 1 0 1 0", " 2 28 3 -32 1 1 1 0"}) {
-    receive(controls(counter++, told));
-    EXPECT_EQ(std::tie(guest.vel_x, guest.vel_y), std::make_tuple(16, -20));
+  for (const auto &[width, height] : {std::pair{400, 320}, {1280, 1024}, {800, 640}}) {
+    context.window_width = width;
+    context.window_height = height;
+    context_calc_units();
+    begin(screen_game, true);
+    const fighter &guest = *match()->fighter2;
+    const int step_x = 4 * context.unit_w, step_y = 4 * context.unit_h;
+    for (int counter = 413;
+         const char *told : {" 1 8 2 -8 1 0 1 0", " 2 28 3 -32 1 1 1 0"}) {  // other windows'
+      receive(controls(counter++, told));
+      EXPECT_EQ(std::tie(guest.vel_x, guest.vel_y), std::make_tuple(step_x, -step_y)) << width;
+    }
+    EXPECT_EQ(guest.punch_phase, punch_started);
   }
-  EXPECT_EQ(guest.punch_phase, punch_started);
   constexpr std::tuple<int, int, int> cases[] = {
       {pause_none, pause_by_peer, pause_none},    {pause_none, pause_local, pause_by_peer},
       {pause_local, pause_none, pause_local},     {pause_by_peer, pause_none, pause_none},
