@@ -120,6 +120,7 @@ TEST_F(lan_menu, keys_lead_from_page_to_page) {
               std::tie(c.page_after, c.next_screen));
     EXPECT_EQ(sent(), c.sent);
     EXPECT_EQ(netInfo.is_host == 1, c.page_after == page_host_room);
+    EXPECT_EQ(world.texts == "Time: 02:00|", c.page_after == page_host_room && c.page != page_host_room);
     const bool left = c.page >= page_host_room && c.page_after < page_host_room;
     EXPECT_EQ(std::string(netInfo.room_id).empty() && netInfo.guest_joined == 0, left);
     EXPECT_TRUE(world.draws.empty());

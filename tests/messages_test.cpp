@@ -227,23 +227,32 @@ TEST_F(messages, are_taken_in_two_a_frame) {
   begin(screen_game, false);
   for (int i = 0; i < 2; ++i) match_drain_guest();
   EXPECT_EQ(world.ticks, 7023u) << "a guest waits until shortly before the frame is over";
-  for (const int mode : {mode_lan, mode_two_players}) {
-    context.game_mode = static_cast<Uint8>(mode);
-    push_keys("Q");
+  for (const char *keys : {"Q", "EUR"}) {  // closes the window; quits by the menu
+    push_keys(keys);
     game_handle_input();
-    const std::string leave = mode == mode_lan ? "i8 Rb4kT8mA 3 Bob|" : "";
-    EXPECT_EQ(sent_to(peer_ip), leave + leave + leave) << "the window was closed";
+    const std::string leave = "i8 Rb4kT8mA 3 Bob|";
+    EXPECT_TRUE(sent_to(peer_ip).starts_with(leave + leave + leave)) << keys;
   }
+  context.game_mode = mode_two_players;
+  netInfo.is_host = 1;
   network.inbox = {{peer_ip, controls(413)}};
   match_drain_host();
+  push_keys("EUR");
+  game_handle_input();
   EXPECT_EQ(network.inbox.size(), 1u) << "a local match hears nothing";
+  EXPECT_TRUE(network.sent.empty()) << "and says nothing";
 }
 
-TEST_F(messages, tell_of_a_press_until_it_is_seen_or_late) {
-  for (const auto &[frame_time, answered, told] : {std::tuple{70u, 9, "1100"}, {33u, 2, "1166"}}) {
+TEST_F(messages, tell_of_a_press_for_four_frames_unless_it_is_seen_or_late) {
+  const std::tuple<unsigned, int, const char *> cases[] = {
+      // ms of a frame; when the host answers; what is told
+      {33, 9, "111100"},
+      {70, 9, "110000"},
+      {33, 2, "116666"}};
+  for (const auto &[frame_time, answered, told] : cases) {
     begin(screen_game, false);
     push_key(SDLK_SPACE);
-    for (int frame = 0; frame < 4; ++frame) {
+    for (int frame = 0; frame < 6; ++frame) {
       if (frame == answered) receive("e8 Rb4kT8mA 3 500" + full_state);
       game_handle_input();
       const std::string text = sent_to(peer_ip);
