@@ -166,7 +166,7 @@ TEST_F(lan_menu, room_list_scrolls_and_joins) {
   press("D");
   EXPECT_EQ(lobby->room_selection, 0) << "no room, no row";
   for (const char *room : {"Room0006", "Room0005", "Room0004", "Room0003", "Room0002", "Room0001"})
-    update_peer_list("a1 x 3 Ada", peer_ip, room, &creatorList);
+    update_peer_list("a1 x 3 Ada", "10.0.0.3", room, &creatorList);
   const struct {
     const char *keys;
     int row;
@@ -189,8 +189,12 @@ TEST_F(lan_menu, room_list_scrolls_and_joins) {
   update_peer_heartbeat(6000, "Room0006", creatorList);
   lobby->guest_name[0] = 'x';
   press("R");
-  EXPECT_EQ(std::string(netInfo.peer_ip) + netInfo.room_id + lobby->guest_name, "10.0.0.1Room0006");
+  EXPECT_EQ(std::string(netInfo.peer_ip) + netInfo.room_id + lobby->guest_name, "10.0.0.3Room0006");
   EXPECT_EQ(std::tie(lobby->mode, netInfo.heartbeat), std::make_tuple(page_joined_room, 6000));
+  push_keys("Q");
+  lan_handle_input();
+  EXPECT_EQ(sent_to("10.0.0.3"), "i8 Room0006 3 Bob|") << "before anything else was said";
+  context.state_machine->next_state = screen_none;
   world.ticks = 11001;
   lan_update();
   EXPECT_TRUE(lobby->mode == page_room_list && find_room(creatorList, "Room0006") == nullptr) << "it is lost";

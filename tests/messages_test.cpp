@@ -246,7 +246,7 @@ TEST_F(messages, are_taken_in_two_a_frame) {
 TEST_F(messages, tell_of_a_press_for_four_frames_unless_it_is_seen_or_late) {
   const std::tuple<unsigned, int, const char *> cases[] = {
       // ms of a frame; when the host answers; what is told
-      {33, 9, "111100"},
+      {20, 9, "111100"},
       {70, 9, "110000"},
       {33, 2, "116666"}};
   for (const auto &[frame_time, answered, told] : cases) {
