@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/context.h"
+#include "core/version.h"
 #include "core/window.h"
 #include "media/sounds.h"
 #include "tests/support/stage.h"
@@ -90,7 +91,7 @@ TEST(start_up, ring_fills_four_fifths_of_the_window_that_was_asked_for) {
 }
 
 TEST(start_up, options_say_something) {
-  EXPECT_EQ(run({"--version"}), "Vantaro Pugnado 1.0.1\n");
+  EXPECT_EQ(run({"--version"}), std::string("Vantaro Pugnado ") + program_version + "\n");
   EXPECT_THAT(run({"--help"}), testing::StartsWith("Usage: vantaro-pugnado "));
   run({"--message-box"}, {}, {{"TTF_Init", 1}});
   EXPECT_THAT(world.box, testing::EndsWith("on demand\nFailed to initialize!\n"));
