@@ -212,8 +212,8 @@ bool handle_room_list(lan_menu_state *lobby, SDL_Keycode key) {
   if (key == SDLK_ESCAPE) lobby->mode = page_name_entry;
   if (key != SDLK_RETURN) return true;
   const room_record *room = find_room(creatorList, lobby->selected_room_id);
-  if (room == nullptr || room->room_id[0] == '\0')
-    return false;  // nobody can be told of a room without an id
+  const bool has_id = room != nullptr && room->room_id[0] != '\0';
+  if (!has_id) return false;  // nobody can be told of a room without an id
   join_room(lobby, room);
   return true;
 }

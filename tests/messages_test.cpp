@@ -224,6 +224,9 @@ TEST_F(messages, are_taken_in_two_a_frame) {
   match_drain_host();
   EXPECT_EQ(context.state_machine->next_state, screen_end);
   EXPECT_EQ(netInfo.peer_ip + std::to_string(netInfo.heartbeat), "0") << "nobody is there for the end screen";
+  begin(screen_game, true);
+  match_drain_host();
+  EXPECT_EQ(world.ticks, 7000u) << "a host does not wait";
   begin(screen_game, false);
   for (int i = 0; i < 2; ++i) match_drain_guest();
   EXPECT_EQ(world.ticks, 7023u) << "a guest waits until shortly before the frame is over";

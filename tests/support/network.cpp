@@ -104,9 +104,9 @@ int socket_receive(socket_handle socket, char *bytes, int most, sockaddr_in *fro
   return static_cast<int>(text.copy(bytes, static_cast<std::size_t>(most)));
 }
 
-int socket_wait(socket_handle, int sets, int, int microseconds) {
+int socket_wait(socket_handle, int sets, int seconds, int microseconds) {
   if (network.fails.contains("wait")) return -1;
   const int ready = sets & (socket_writable | (network.inbox.empty() ? 0 : socket_readable));
-  if (ready == 0) world.ticks += static_cast<Uint32>(microseconds / 1000);
+  if (ready == 0) world.ticks += static_cast<Uint32>(seconds * 1000 + microseconds / 1000);
   return ready;
 }
