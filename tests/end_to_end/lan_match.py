@@ -1,7 +1,7 @@
 """Plays LAN matches with the real program on two machines of a small network, each with its own display, by real
-keys: names, a room, colours and time, a fight and a closed window. Both pictures must agree, and every datagram must
-be well-formed and go where it belongs. Before that, rooms are joined between machines with two network cards, and a
-guest dies in a match. Ends with status 0 when all was as it should be, with 77 where no network can be made.
+keys: names, a room, colours and time, a fight and a closed window. Both pictures must agree. Before that, rooms are
+joined between machines with two network cards, and a guest dies in a match. Ends with status 0 when all was as it
+should be, with 77 where no network can be made.
 
     lan_match.py [host's program [guest's program [step...]]]"""
 
@@ -14,12 +14,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver")
 from game_driver import wait_until  # noqa: E402
 from game_pages import CORNERS, check, check_end, choose, wait_for_match  # noqa: E402
 from game_screens import BLACK, PLAYER_1, RED, WHITE, land_punch  # noqa: E402
-from lan_games import (NAMES, create_room, enter_lobbies, has_text, join_room, meet, run, same_picture,  # noqa: E402
-                       tokens)
-from network_lab import GAME_PORT  # noqa: E402
-
-GROUP = "239.1.1.1"
-TOKENS = dict(zip("abcdefghi", (6, 2, 3, 2, 22, 6, 2, 2, 2)))  # of every message
+from lan_games import NAMES, create_room, enter_lobbies, has_text, join_room, meet, run, same_picture  # noqa: E402
 
 
 # The way through
@@ -51,17 +46,6 @@ def close_window(play):
     check(f"the guest's match ends with the host's, not {waited:.1f} s later", waited < 4)
     choose(play.guest, "Exit")
     check_end(play.guest)
-
-
-def check_envelopes(play):
-    for one in play.lab.datagrams:
-        letter, values = chr(one.payload[0]), tokens(one.payload)
-        text = letter + " ".join(f"{len(value)} {value}" for value in values)
-        check(f"{one} is a message, padded to 150 bytes",
-              one.payload == text.encode().ljust(150, b"\0") and len(values) == TOKENS.get(letter))
-        receiver = GROUP if letter in "ah" else play.lab["guest" if one.sender == "host" else "host"].address
-        check(f"{one} goes from port to port, to {receiver}",
-              (one.source, one.destination) == ((play.lab[one.sender].address, GAME_PORT), (receiver, GAME_PORT)))
 
 
 # Two network cards
@@ -115,4 +99,4 @@ def lose_guest(play):
 
 if __name__ == "__main__":
     run((join_over_two_cards, lose_guest))
-    run((meet, set_up_and_start, fight, close_window, check_envelopes))
+    run((meet, set_up_and_start, fight, close_window))

@@ -1,5 +1,5 @@
 """Packs the game for Windows twice, under different circumstances, looks after the zip and the program in it, and
-starts that where little is at hand: in a folder of odd letters, from another one, without a network and without a
+plays it where little is at hand: in a folder of odd letters, from another one, without a network and without a
 sound device. Ends with status 0 when all was as it should be."""
 
 import re
@@ -14,7 +14,8 @@ ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
 from game_driver import Display, Game  # noqa: E402
-from game_pages import check, check_end, choose, wait_for_match  # noqa: E402
+from game_pages import check, check_end, choose, pause, wait_for_match  # noqa: E402
+from game_screens import BLACK, PLAYER_1, PLAYER_2, WHITE, land_punch  # noqa: E402
 from network_lab import Machine, become_root_of_own  # noqa: E402
 
 SYSTEM = {"ADVAPI32", "GDI32", "IMM32", "IPHLPAPI", "KERNEL32", "OLEAUT32", "SETUPAPI", "SHELL32", "USER32", "VERSION",
@@ -65,6 +66,9 @@ def play(program, folder):
         game.open_window()
         choose(game, "2 Player")
         wait_for_match(game, 120)
+        for boxer in ((PLAYER_1, 1, WHITE), (PLAYER_2, 2, BLACK)):
+            land_punch(game, *boxer)
+        pause(game)
         game.close_window()
         check_end(game)
 
