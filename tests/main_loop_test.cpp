@@ -1,67 +1,48 @@
-// The loop, and the state machine below it, over screens that only keep a journal.
-
-#include <gtest/gtest.h>
+// The loop and its timers.
 
 #include "app/main_loop.h"
-#include "core/context.h"
-#include "core/state_machine.h"
+
+#include "core/timer.h"
 #include "tests/support/stage.h"
 
-namespace {
-
-// Of screen numbers, each with a letter for what is called: h hand_over, l load, i handle_input, u update,
-// r render, x unload.
-std::string journal;
-std::function<void(char)> during;
-
-template <int id, char what>
-void note() {
-  journal += std::to_string(id) + what + " ";
-  during(what);
-}
-
-template <int id>
-constexpr screen_entry fake = {.id = id,
-                               .record_name = "fake",
-                               .record_size = 64,  // for who asks a record for a field of its own
-                               .hand_over = [](const void *, void *) { note<id, 'h'>(); },
-                               .load = [](void *) { note<id, 'l'>(); },
-                               .handle_input = note<id, 'i'>,
-                               .update = note<id, 'u'>,
-                               .render = note<id, 'r'>,
-                               .unload = note<id, 'x'>};
-constexpr screen_entry fakes[] = {fake<1>, fake<2>, fake<4>};
-
-// The journal of the whole life of a loop in which `action` happens at every letter.
-std::string run(const std::function<void(char)> &action) {
-  world = {};
-  journal = "";
-  during = action;
-  EXPECT_TRUE(context_init());
-  state_use_screens(context.state_machine, fakes);
-  context_loop();
-  context_teardown();
-  return journal;
-}
-
-}  // namespace
-
-TEST(main_loop, screens_change_between_update_and_render) {
-  // By frame; the later request counts, but does not hold up a close.
-  const int in_input[] = {1, 1, 1, 1, screen_quit}, in_update[] = {2, 4, 4, screen_none, 2};
-  const auto action = [&](char now) {
-    if (now == 'i') context.state_machine->next_state = in_input[context.frame_count];
-    if (now == 'u') context.state_machine->next_state = in_update[context.frame_count];
+TEST(main_loop, changes_screens_before_it_draws_sleeps_out_33_ms_and_closes_whatever_happens) {
+  open_game game(800, 640);
+  enter(screen_main_menu);
+  context.state_machine->update = [] {
+    constexpr Uint32 work[] = {0, 5, 33, 40, 32};  // ms, by frame
+    world.ticks += work[context.frame_count];
+    if (context.frame_count == 4) context.state_machine->next_state = screen_game;
   };
-  EXPECT_EQ(run(action), "1h 1l 1i 1u 2h 1x 2l 2r 2i 2u 4h 2x 4l 4r 4i 4u 4h 4x 4l 4r 4i 4u 4r 4i 4u 4r 4x ");
-  EXPECT_EQ(context.frame_count, 5u);
+  context.state_machine->render = [] { EXPECT_LT(context.frame_count, 4u); };
+  world.on_delay = [] {
+    if (context.frame_count < 5) return;
+    push_keys("Q");
+    context.state_machine->update = [] {
+      if (context.frame_count == 5) context.state_machine->next_state = screen_end;
+    };
+  };
+  context_loop();
+  EXPECT_EQ(world.delays, (std::vector<Uint32>{33, 28, 1, 33}));
 }
 
-TEST(main_loop, frame_sleeps_out_the_rest_of_33_ms) {
-  const Uint32 work[] = {0, 5, 32, 33, 40, 20};  // ms, by frame
-  run([&work](char now) {
-    if (now == 'u') world.ticks += work[context.frame_count];
-    if (now == 'u' && context.frame_count == 5) context.state_machine->next_state = screen_quit;
-  });
-  EXPECT_EQ(world.delays, (std::vector<Uint32>{33, 28, 1, 13}));
+TEST(timer, measures_what_runs_between_pauses) {
+  const struct {
+    void (*operation)(timer *);
+    Uint32 wait, reading;  // ms after the operation
+    bool started = true, paused = false;
+  } steps[] = {{timer_init, 7, 0, false}, {timer_unpause, 1, 0, false},     {timer_pause, 1, 0, false},
+               {timer_start, 10, 10},     {timer_unpause, 0, 10},           {timer_pause, 50, 10, true, true},
+               {timer_unpause, 5, 15},    {timer_pause, 4, 15, true, true}, {timer_pause, 1, 15, true, true},
+               {timer_start, 6, 6},       {timer_pause, 1, 6, true, true},  {timer_stop, 2, 0, false}};
+  for (const Uint32 start : {100u, 0xFFFFFFF0u, 0xFFFFFFC0u}) {  // the counter wraps under way
+    timer timer = {.start_ticks = 1, .paused_ticks = 2, .paused = true, .started = true};
+    world.ticks = start;
+    for (const auto &step : steps) {
+      step.operation(&timer);
+      world.ticks += step.wait;
+      EXPECT_EQ(std::make_tuple(timer_get_ticks(&timer), timer_is_started(&timer), timer_is_paused(&timer)),
+                std::tie(step.reading, step.started, step.paused))
+          << "from " << start << ", step " << &step - steps;
+    }
+  }
 }

@@ -10,7 +10,6 @@
 #include <sstream>
 
 #include "app/main_loop.h"
-#include "core/context.h"
 #include "fight/cpu_logic.h"
 #include "tests/support/random_player.h"
 #include "tests/support/stage.h"

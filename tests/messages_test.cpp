@@ -4,7 +4,6 @@
 
 #include <cstring>
 
-#include "core/context.h"
 #include "core/timer.h"
 #include "fight/preview.h"
 #include "lan/lan_room.h"

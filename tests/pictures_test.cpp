@@ -7,7 +7,6 @@
 #include <cstring>
 #include <filesystem>
 
-#include "core/context.h"
 #include "core/window.h"
 #include "fight/fighter.h"
 #include "media/graphics.h"
@@ -16,6 +15,7 @@
 #include "net/peer_list.h"
 #include "screens/game_screen.h"
 #include "screens/lan_menu.h"
+#include "tests/support/network.h"
 #include "tests/support/stage.h"
 
 namespace {
@@ -43,17 +43,16 @@ void end_match(int score1, int score2) {
 // From here on the matches are on the LAN, and nothing has come from Ada for some ms.
 void hear_nothing_for(Uint32 silent) {
   context.game_mode = mode_lan;
+  share_room();
   netInfo.heartbeat = 1;
   world.ticks = silent + 1;
-  std::strcpy(netInfo.peer_username, "Ada");
 }
 
 lan_menu_state *open_lobby(int page, const char *name) {
   lan_menu_state *lobby = static_cast<lan_menu_state *>(enter(screen_lan));
   lobby->mode = page;
+  share_room();
   SDL_strlcpy(netInfo.username, name, sizeof netInfo.username);
-  std::strcpy(netInfo.peer_username, "Ada");
-  std::strcpy(netInfo.room_id, "Rb4kT8mA");
   lan_load_username_texture();
   return lobby;
 }

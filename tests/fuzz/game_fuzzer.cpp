@@ -20,7 +20,6 @@
 #include "net/message_reader.h"
 #include "net/net.h"
 #include "net/peer_list.h"
-#include "net/token_list.h"
 #include "tests/support/network.h"
 #include "tests/support/world.h"
 
@@ -104,22 +103,6 @@ void check_frame() {
   }
 }
 
-// Every token is the piece of the text that its length says, right behind the one before.
-void check_tokens(const char *sent) {
-  const std::vector text(sent, sent + std::strlen(sent) + 1);  // beyond which nothing can be read unseen
-  const char *data = text.data() + (sent[0] != '\0');
-  list_node *tokens = nullptr;
-  extract_tokens_from_transmission(text.data(), sent[0] != '\0', &tokens);
-  for (const list_node *node = tokens; node != nullptr; node = node->next) {
-    const message_token *token = static_cast<const message_token *>(node->data);
-    data += std::strcspn(data, " ") + 1;
-    assert(within(token->length, 0, static_cast<int>(&text.back() - data)));
-    assert(std::memcmp(data, token->data, static_cast<std::size_t>(token->length)) == 0);
-    data += token->length + 1;
-  }
-  delete_token_list(&tokens);
-}
-
 // The game's own messages must be ones that it takes in.
 void check_sent() {
   for (const datagram &own : network.sent) {
@@ -131,7 +114,9 @@ void check_sent() {
 }
 
 void arrive(const std::string &text, int sender) {
-  check_tokens(text.c_str());
+  const std::vector exact(text.c_str(), text.c_str() + std::strlen(text.c_str()) + 1);
+  message message;
+  message_read(exact.data(), &message);  // beyond whose end nothing can be read unseen
   network.inbox.push_back({"10.0.0." + std::to_string(sender + 1), text});
 }
 
@@ -176,11 +161,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   dice.seed(1);
   context = {};
   network = {};
-  world = {};
-  world.ticks = 1;
-  world.seconds = 1000000;
-  world.dice = &dice;
-  world.on_delay = [] { check_frame(), check_sent(), play(); };
+  world = {.ticks = 1, .seconds = 1000000, .dice = &dice, .on_delay = [] { check_frame(), check_sent(), play(); }};
   next_byte = data;
   end_of_input = data + size;
   frames = 0;

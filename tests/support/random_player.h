@@ -1,7 +1,5 @@
 #pragma once
 
-#include <SDL.h>
-
 #include <iterator>
 #include <random>
 #include <string>
@@ -10,38 +8,31 @@
 #include "fight/fighter.h"
 #include "fight/game_state.h"
 #include "screens/main_menu.h"
+#include "tests/support/keyboard.h"
 
 // Somebody who plays every screen but the LAN lobby: fights, now and then pauses; in menus moves, changes,
 // enters and leaves, but never exits.
 struct random_player {
   std::mt19937 dice{7};
-  int held[4] = {};  // -1, 0 or 1: the direction keys held on each player's axes
+  SDL_Keycode held[4] = {};  // on each player's axes
 
   bool one_in(unsigned frames) { return dice() % frames == 0; }
 
-  void push(SDL_Keycode key, Uint32 type, Uint8 repeat = 0) {
-    SDL_Event event = {};
-    event.type = type;
-    event.key.repeat = repeat;
-    event.key.keysym.sym = key;
-    SDL_PushEvent(&event);
-  }
-
   // For long enough that the key begins to repeat.
   void tap(SDL_Keycode key) {
-    push(key, SDL_KEYDOWN);
-    push(key, SDL_KEYDOWN, 1);
-    push(key, SDL_KEYUP);
+    push_key(key, SDL_KEYDOWN);
+    push_key(key, SDL_KEYDOWN, 1);
+    push_key(key, SDL_KEYUP);
   }
 
   // Lets go of an axis' key and holds another, or none: towards the opponent more often than not.
-  void turn(int &axis, int distance, SDL_Keycode back, SDL_Keycode forth) {
-    const int towards = distance > 0 ? 1 : -1;
-    const int wanted[] = {-1, 0, 1, towards, towards};
+  void turn(SDL_Keycode &held_key, int distance, SDL_Keycode back, SDL_Keycode forth) {
     if (!one_in(5)) return;
-    if (axis != 0) push(axis < 0 ? back : forth, SDL_KEYUP);
-    axis = wanted[dice() % std::size(wanted)];
-    if (axis != 0) push(axis < 0 ? back : forth, SDL_KEYDOWN);
+    const SDL_Keycode towards = distance > 0 ? forth : back;
+    const SDL_Keycode wanted[] = {back, SDLK_UNKNOWN, forth, towards, towards};
+    if (held_key != SDLK_UNKNOWN) push_key(held_key, SDL_KEYUP);
+    held_key = wanted[dice() % std::size(wanted)];
+    if (held_key != SDLK_UNKNOWN) push_key(held_key);
   }
 
   void fight(const game_state &game) {

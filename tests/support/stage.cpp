@@ -5,7 +5,6 @@
 
 #include "app/application.h"
 #include "app/main_loop.h"
-#include "core/context.h"
 #include "core/window.h"
 #include "media/graphics.h"
 #include "media/sounds.h"
@@ -26,7 +25,7 @@ open_game::open_game(int width, int height) {
 open_game::~open_game() {
   context_teardown();
   close_sdl_window();
-  EXPECT_EQ(world.textures, 0) << "textures that nobody destroyed";
+  EXPECT_EQ(std::tie(world.textures, world.blocks), std::make_tuple(0, 0)) << "what nobody has released";
 }
 
 void *enter(int screen) {
@@ -40,15 +39,6 @@ std::string output_of(const std::function<void()> &action) {
   action();
   return std::regex_replace(testing::internal::GetCapturedStdout(),
                             std::regex("((Error|ERROR|error): ).*?(?=\\n|$|Failed|Closing)"), "$1*");
-}
-
-void push_key(SDL_Keycode key, Uint32 type, Uint8 repeat, Uint16 modifiers) {
-  SDL_Event event = {};
-  event.type = type;
-  event.key.repeat = repeat;
-  event.key.keysym.sym = key;
-  event.key.keysym.mod = modifiers;
-  SDL_PushEvent(&event);
 }
 
 void push_keys(const std::string &letters) {

@@ -7,9 +7,11 @@
 
 #include <string>
 
+#include "core/context.h"
 #include "core/state_machine.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"
+#include "tests/support/keyboard.h"
 #include "tests/support/world.h"
 
 // In a fresh world, the game as it is before its first screen; shut down at the end of the scope.
@@ -23,7 +25,6 @@ void *enter(int screen);
 // What is written during `action`, with the libraries' own words replaced by "*".
 std::string output_of(const std::function<void()> &action);
 
-void push_key(SDL_Keycode key, Uint32 type = SDL_KEYDOWN, Uint8 repeat = 0, Uint16 modifiers = KMOD_NONE);
 // Queues an event per letter, in place of what is queued: D down, U up, R return, E escape, N the
 // keypad's Enter, X Return with Alt, F the focus lost, M the window minimised, Q its close. Small letters are
 // the repeats of a held key.

@@ -52,6 +52,7 @@ bool fails(const std::string &function, const std::string &arguments) {
 extern "C" {
 
 WRAP(void *, calloc, nullptr, (std::size_t count, std::size_t size), (count, size))
+WRAP(void, srand, void(), (unsigned seed), (seed))
 WRAP(int, SDL_Init, -1, (Uint32 flags), (flags))
 WRAP(SDL_bool, SDL_SetHint, SDL_FALSE, (const char *name, const char *value), (name, value))
 WRAP(const char *, SDL_GetCurrentVideoDriver, "offscreen", (), ())
@@ -88,10 +89,6 @@ int __wrap_rand() {
   const int draw = world.draws.at(0);
   world.draws.pop_front();
   return draw;
-}
-
-void __wrap_srand(unsigned seed) {
-  world.seed = seed;
 }
 
 std::time_t __wrap_time(std::time_t *) {

@@ -17,7 +17,6 @@
 struct world_record {
   Uint32 ticks = 0;                    // ms, the tick counter; SDL_Delay moves it on
   std::time_t seconds = 1000;          // s, the system clock
-  unsigned seed = 0;                   // what srand was last given
   std::deque<int> draws;               // what rand gives; a draw beyond them fails the test
   std::mt19937 *dice = nullptr;        // what rand gives instead, where it is set
   std::map<std::string, int> failing;  // the call of a function that is to fail from now on, 0 for all
