@@ -2,8 +2,6 @@
 
 #include "app/gamepads.h"
 
-#include <SDL.h>
-
 #include "app/main_loop.h"
 #include "tests/support/stage.h"
 
@@ -16,13 +14,6 @@ void note_keys() {
     if (event.type != SDL_KEYDOWN && event.type != SDL_KEYUP) continue;
     names += (event.type == SDL_KEYDOWN ? "+" : "-") + std::string(SDL_GetKeyName(event.key.keysym.sym));
   }
-}
-
-// Runs a frame of the loop.
-void run_frame() {
-  const int screen = context.state_machine->current_state;
-  context_loop();
-  context.state_machine->current_state = screen;
 }
 
 // A capital pushes a button and its small letter lets it go: A, B, Start, and Left, Right, Up and Down of the
@@ -68,19 +59,19 @@ TEST(gamepads, controls_are_keys) {
   open_game game(800, 640);
   game_state *match = static_cast<game_state *>(enter(screen_game));
   context.state_machine->handle_input = note_keys;
-  context.state_machine->update = [] { context.state_machine->current_state = screen_quit; };
+  context.state_machine->update = [] { context.state_machine->next_state = screen_quit; };
   context.state_machine->render = [] {};
   SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");  // since its window never has the focus
   gamepads_open();
   SDL_Joystick *pads[3] = {};
   for (const auto &step : steps) {
-    context.state_machine->current_state = step.screen;
     context.game_mode = static_cast<Uint8>(step.mode);
     match->paused = step.paused;
     names = "";
     for (const char action : std::string(step.actions)) {
       act(pads[step.pad], action);
-      run_frame();
+      context.state_machine->current_state = step.screen;
+      context_loop();  // a frame
     }
     EXPECT_EQ(names, step.keys) << "step " << &step - steps;
   }

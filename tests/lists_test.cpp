@@ -1,7 +1,5 @@
 // Lists of the tokens of a message, of what a message carries, and of the rooms that were announced.
 
-#include <gtest/gtest.h>
-
 #include <climits>
 
 #include "net/linked_list.h"

@@ -4,8 +4,6 @@
 // tests/recordings/matches.txt was made; build/matches.txt has them as they go now, to be copied over it when
 // a change is meant.
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
 

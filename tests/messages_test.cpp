@@ -35,7 +35,7 @@ struct messages : testing::Test {
   ~messages() override { delete_list(&creatorList); }
   void begin(int screen, bool hosting) {
     context.game_mode = mode_lan;
-    shown = enter(screen);
+    enter(screen);
     world.ticks = 7000;
     timer_start(context.cap_timer);
     share_room();
@@ -45,8 +45,6 @@ struct messages : testing::Test {
     for (const char *room : {"Rb4kT8mA", "Other123"})
       update_peer_list("a1 x 3 Eve", peer_ip, room, &creatorList);
   }
-  lan_menu_state *lobby() { return static_cast<lan_menu_state *>(shown); }
-  game_state *match() { return static_cast<game_state *>(shown); }
   // Whatever a message can change outside of a match.
   std::string pairing() {
     std::string all(reinterpret_cast<const char *>(&netInfo), sizeof netInfo);
@@ -55,7 +53,6 @@ struct messages : testing::Test {
     return all + std::to_string(context.state_machine->next_state);
   }
   open_game game{800, 640};
-  void *shown = nullptr;
 };
 
 const std::string full_state =
@@ -67,10 +64,10 @@ TEST_F(messages, say_what_they_are_to_say) {
   begin(screen_game, false);
   context.fight_time = 105;
   netInfo.fighter2_color = 11;
-  match()->fighter2->vel_x = -8;
-  match()->fighter2->vel_y = 15;
-  match()->fighter2->punch_phase = 3;
-  match()->paused = 2;
+  current_game()->fighter2->vel_x = -8;
+  current_game()->fighter2->vel_y = 15;
+  current_game()->fighter2->punch_phase = 3;
+  current_game()->paused = 2;
   std::strcpy(netInfo.username, "B b");
   const struct {
     int (*build)();
@@ -97,15 +94,16 @@ TEST_F(messages, say_what_they_are_to_say) {
 TEST_F(messages, carry_the_whole_match) {
   begin(screen_game, false);
   for (const int counter : {412, 0}) receive("e8 Rb4kT8mA 3 " + std::to_string(counter) + full_state);
-  EXPECT_EQ(match()->time_left, 120) << "that was no news";
+  EXPECT_EQ(current_game()->time_left, 120) << "that was no news";
   receive("e8 Rb4kT8mA 3 500" + full_state);
   EXPECT_EQ(netInfo.received_msg_number, 500u);
-  fighter *left = match()->fighter1, *right = match()->fighter2;
+  game_state &match = *current_game();
+  fighter *left = match.fighter1, *right = match.fighter2;
   EXPECT_EQ(std::tie(left->x, left->y, right->x, right->y), std::make_tuple(172, 135, 124, 65));
-  EXPECT_TRUE(match()->time_left == -1 && match()->paused == pause_by_peer && netInfo.heartbeat == 7000);
+  EXPECT_TRUE(match.time_left == -1 && match.paused == pause_by_peer && netInfo.heartbeat == 7000);
   left->x += 3;
   right->y -= 4;
-  match()->paused = pause_local;
+  match.paused = pause_local;
   EXPECT_EQ(messages_game_state(), 1);
   EXPECT_EQ(sent_to(peer_ip), "e8 Rb4kT8mA 3 412" + full_state + "|");
   left->side = left->punch_phase = left->punching_arm = left->punch_frames = left->knock_frames = 999999999;
@@ -137,7 +135,7 @@ TEST_F(messages, count_only_where_they_belong) {
          {"nothing", "screen", "role", "sender", "room", "longer id", "start", "length", "letter"}) {
       const int screen = other == "screen" ? screen_lan + screen_game - c.screen : c.screen;
       begin(screen, c.hosting != (other == "role"));
-      if (screen == screen_lan) lobby()->start_requested = other != "start";
+      if (screen == screen_lan) current_lobby()->start_requested = other != "start";
       std::string message = c.message;
       if (other == "room") message.replace(3, 8, "Other123");
       if (other == "longer id") message.replace(1, 10, "9 Rb4kT8mAx");
@@ -154,7 +152,7 @@ TEST_F(messages, count_only_where_they_belong) {
 TEST_F(messages, make_host_and_guest_a_pair) {
   begin(screen_lan, false);
   receive("a8 Rb4kT8mA 3 Eve 2 Bo 2 75 1 2 1 1", stranger_ip);
-  EXPECT_EQ(netInfo.username + (netInfo.peer_username + std::string(lobby()->guest_name)), "BobEveBo");
+  EXPECT_EQ(std::string(netInfo.username) + netInfo.peer_username + current_lobby()->guest_name, "BobEveBo");
   EXPECT_EQ(std::tie(netInfo.fight_time, netInfo.fighter1_color, netInfo.fighter2_color, netInfo.heartbeat),
             std::make_tuple(75, 2, 1, 7000));
   EXPECT_EQ(fighter1->color, graphics_get_color(2));
@@ -170,12 +168,12 @@ TEST_F(messages, make_host_and_guest_a_pair) {
   receive("b8 Other123 3 Cid", stranger_ip);
   EXPECT_EQ(netInfo.peer_username + std::string(netInfo.peer_ip), std::string("Cid") + stranger_ip);
   EXPECT_TRUE(netInfo.guest_joined == 1 && netInfo.heartbeat == 7000);
-  lobby()->start_requested = 1;
+  current_lobby()->start_requested = 1;
   receive("d8 Rb4kT8mA 3 Cid", stranger_ip);
-  EXPECT_TRUE(lobby()->start_requested == 0 && context.state_machine->next_state == screen_game);
-  lobby()->start_requested = 1;
+  EXPECT_TRUE(current_lobby()->start_requested == 0 && context.state_machine->next_state == screen_game);
+  current_lobby()->start_requested = 1;
   receive("i8 Rb4kT8mA 3 Cid", stranger_ip);
-  EXPECT_EQ(lobby()->start_requested + netInfo.guest_joined, 0);
+  EXPECT_EQ(current_lobby()->start_requested + netInfo.guest_joined, 0);
 }
 
 TEST_F(messages, move_the_guest_by_the_hosts_own_blocks_and_pause) {
@@ -184,7 +182,7 @@ TEST_F(messages, move_the_guest_by_the_hosts_own_blocks_and_pause) {
     context.window_height = height;
     context_calc_units();
     begin(screen_game, true);
-    const fighter &guest = *match()->fighter2;
+    const fighter &guest = *current_game()->fighter2;
     const int step_x = 4 * context.unit_w, step_y = 4 * context.unit_h;
     for (int counter = 413;
          const char *told : {" 1 8 2 -8 1 0 1 0", " 2 28 3 -32 1 1 1 0"}) {  // other windows'
@@ -198,10 +196,10 @@ TEST_F(messages, move_the_guest_by_the_hosts_own_blocks_and_pause) {
       {pause_local, pause_none, pause_local},     {pause_by_peer, pause_none, pause_none},
       {pause_by_peer, pause_by_peer, pause_none}, {pause_by_peer, pause_local, pause_by_peer}};
   for (int counter = 500; const auto &[own, told, after] : cases) {
-    match()->paused = own;
-    match()->peer_silent = 1;
+    current_game()->paused = own;
+    current_game()->peer_silent = 1;
     receive(controls(counter++, " 1 0 1 0 1 0 1 " + std::to_string(told)));
-    EXPECT_TRUE(match()->paused == after && match()->peer_silent == 0) << own << told;
+    EXPECT_TRUE(current_game()->paused == after && current_game()->peer_silent == 0) << own << told;
   }
 }
 

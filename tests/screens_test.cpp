@@ -1,6 +1,5 @@
 // Keys of the screens, as far as the recorded matches do not press them, and the report of what fails.
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "app/main_loop.h"

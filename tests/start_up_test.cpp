@@ -1,6 +1,5 @@
 // The whole program from its entry to "Closing...".
 
-#include <SDL.h>
 #include <gmock/gmock.h>
 
 #include <cstring>

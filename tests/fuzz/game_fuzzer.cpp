@@ -8,20 +8,15 @@
 #include <cstring>
 #include <sstream>
 
-#include "app/application.h"
 #include "app/main_loop.h"
-#include "core/context.h"
-#include "core/state_machine.h"
-#include "core/window.h"
 #include "lan/lan_room.h"
 #include "media/graphics.h"
-#include "media/sounds.h"
 #include "net/linked_list.h"
 #include "net/message_reader.h"
 #include "net/net.h"
 #include "net/peer_list.h"
 #include "tests/support/network.h"
-#include "tests/support/world.h"
+#include "tests/support/stage.h"
 
 #define ENDS(text) (std::memchr(text, 0, sizeof(text)) != nullptr)
 
@@ -94,7 +89,7 @@ void check_frame() {
   assert(gTemp.handle == nullptr && count_list(creatorList) <= 160 && ENDS(netInfo.room_id));
   assert(state->screen != nullptr && ENDS(netInfo.username) && ENDS(netInfo.peer_username));
   if (state->current_state == screen_lan) {
-    const lan_menu_state *lobby = static_cast<lan_menu_state *>(state->screen);
+    const lan_menu_state *lobby = current_lobby();
     const bool host = lobby->mode == page_host_room;
     assert(within(lobby->room_selection, 0, 4) && within(lobby->room_scroll, 0, 156));
     assert(within(lobby->mode, 0, 3) && ENDS(lobby->selected_room_id) && (netInfo.is_host == 1) == host);
@@ -146,12 +141,9 @@ const char *__asan_default_options() {
 }
 
 int LLVMFuzzerInitialize(int *, char ***) {
-  for (const char *name : {"SDL_VIDEODRIVER", "SDL_AUDIODRIVER"}) setenv(name, "dummy", 1);
-  setenv("SDL_RENDER_DRIVER", "software", 1);
   setenv("SDL_NO_SIGNAL_HANDLERS", "1", 1);
-  screen_width = screen_height = 20;
-  assert(std::freopen("/dev/null", "w", stdout) != nullptr && init() && context_init() && graphics_load() &&
-         sounds_load());
+  assert(std::freopen("/dev/null", "w", stdout) != nullptr);
+  new open_game(20, 20);  // for as long as the process lasts
   context_teardown();
   return 0;
 }
@@ -161,7 +153,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   dice.seed(1);
   context = {};
   network = {};
-  world = {.ticks = 1, .seconds = 1000000, .dice = &dice, .on_delay = [] { check_frame(), check_sent(), play(); }};
+  world = {
+      .ticks = 1, .seconds = 1000000, .dice = &dice, .on_delay = [] { check_frame(), check_sent(), play(); }};
   next_byte = data;
   end_of_input = data + size;
   frames = 0;
@@ -170,17 +163,15 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   context_init();
   const start &start = starts[static_cast<std::size_t>(take()) % std::size(starts)];
-  state_object *state = context.state_machine;
   context.game_mode = static_cast<std::uint8_t>(start.game_mode);
-  state->next_state = start.screen == screen_end ? int{screen_game} : start.screen;
-  state_change(state);
+  enter(start.screen == screen_end ? int{screen_game} : start.screen);
   std::strcpy(netInfo.room_id, start.is_host + start.paired > 0 ? "ROOM0001" : "");
   std::strcpy(netInfo.peer_ip, start.paired == 1 ? "10.0.0.1" : "");
   netInfo.is_host = static_cast<std::uint8_t>(start.is_host);
   netInfo.guest_joined = static_cast<std::uint8_t>(start.is_host * start.paired);
   net_setup_p2p_struct();
-  if (start.screen == screen_lan) static_cast<lan_menu_state *>(state->screen)->mode = start.page;
-  if (start.screen == screen_end) state->next_state = screen_end;
+  if (start.screen == screen_lan) current_lobby()->mode = start.page;
+  if (start.screen == screen_end) context.state_machine->next_state = screen_end;
   context_loop();
   context_teardown();
   delete_list(&creatorList);

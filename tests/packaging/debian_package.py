@@ -1,6 +1,5 @@
-"""Packs the game from a clean copy of the tree, has Debian's own tools look at the package, then installs it into
-an empty root of its own, plays it from there and removes it. Ends with status 0 when all was as it should be, with
-77 where there is no Debian."""
+"""Packs the game from a clean copy of the tree, has Debian's own tools look at the package, then plays what it
+installs. Ends with status 0 when all was as it should be."""
 
 import os
 import re
@@ -64,20 +63,9 @@ def check_content(package, share):
         check(f"the screenshot {name} is there", (ROOT / name).is_file())
 
 
-def files(root):
-    return {path for path in root.rglob("*") if "dpkg" not in path.parts}
-
-
-def install_play_remove(package, entry, folder):
-    """Without a sound device. This system's packages are those that the package may depend on."""
-    root = folder / "root"
-    for name in ("updates", "info"):
-        (root / "var/lib/dpkg" / name).mkdir(parents=True)
-    shutil.copy("/var/lib/dpkg/status", root / "var/lib/dpkg")
-    before = files(root)
-    dpkg = ("env", "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "dpkg", f"--root={root}", "--force-not-root",
-            "--force-script-chrootless", "--log=/dev/null")
-    run(*dpkg, "--install", package)
+def play(root, folder):
+    """From where it was unpacked, as the menu starts it, and without a sound device."""
+    entry = root / "usr/share/applications/vantaro-pugnado.desktop"
     command, *arguments = re.search("^Exec=(.*)$", entry.read_text(), re.M)[1].split()
     environment = {"SDL_AUDIODRIVER": None, "PULSE_SERVER": None, "XDG_RUNTIME_DIR": str(folder),
                    "PATH": f"{root}/usr/games:{os.environ['PATH']}"}
@@ -85,21 +73,16 @@ def install_play_remove(package, entry, folder):
         game.open_window()
         choose(game, "Exit")
         check_end(game)
-    run(*dpkg, "--purge", "vantaro-pugnado")
-    check(f"nothing is left behind, not {files(root) - before}", files(root) == before)
 
 
 def main():
-    if not shutil.which("dpkg"):
-        print("skipped: the package is Debian's, and there is no dpkg here")
-        sys.exit(77)
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
         package = build_package(folder)
+        run("apt-get", "install", "--simulate", package)  # which fails where it depends on what cannot be had
         run("dpkg-deb", "--extract", package, folder / "content")
-        share = folder / "content" / "usr" / "share"
-        check_content(package, share)
-        install_play_remove(package, share / "applications" / "vantaro-pugnado.desktop", folder)
+        check_content(package, folder / "content" / "usr" / "share")
+        play(folder / "content", folder)
 
 
 if __name__ == "__main__":

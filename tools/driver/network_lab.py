@@ -104,18 +104,13 @@ class Lab:
 
     def add_card(self, name, card):
         """The machine's next card, in the network of the same number."""
-        self._switch.ip(f"link add port{card}-{name} up type veth peer name veth{card} netns {self[name].path}")
-        self[name].ip("link set lo up", f"link set veth{card} up")
-        self.connect(name, card, card)
+        address = f"10.{55 + card}.{card}.{self[name].address.split('.')[3]}"
+        self._switch.ip(f"link add port{card}-{name} up master switch{card} type veth "
+                        f"peer name veth{card} netns {self[name].path}")
+        self[name].ip("link set lo up", f"link set veth{card} up", f"address add {address}/16 dev veth{card}")
         if name in self._watched:
             with self._switch.entered():
                 self._ports[open_capture(f"port{card}-{name}")] = name
-
-    def connect(self, name, card, network):
-        """Moves a card to the switch of a network and gives it its address there."""
-        address = f"10.{55 + network}.{card}.{self[name].address.split('.')[3]}"
-        self._switch.ip(f"link set port{card}-{name} master switch{network}")
-        self[name].ip(f"address flush dev veth{card}", f"address add {address}/16 dev veth{card}")
 
     def route_group(self, name, card):
         """Without a route the system chooses no card for the group."""
