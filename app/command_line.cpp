@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char *help =
     "Usage: vantaro-pugnado [OPTION]... [WIDTH [HEIGHT]]\n"
-    "Arcade fist-fight in blocky pixel art, in a window of 800 x 640 pixels or of the size given.\n"
+    "Arcade fist-fight in blocky pixel art, in a window of %d x %d pixels or of the size given.\n"
     "\n"
     "  --fullscreen   fill the whole display instead\n"
     "  --message-box  when the game cannot start, say so in a message box, too\n"
@@ -29,7 +29,7 @@ constexpr option options[] = {
     {"--message-box", [](command_line *line) { line->message_box = true; }},
     {"--help",
      [](command_line *line) {
-       std::fputs(help, stdout);
+       std::printf(help, usual_width, usual_height);
        line->answered = true;
      }},
     {"--version",

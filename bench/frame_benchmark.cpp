@@ -37,10 +37,6 @@ constexpr int endless_match = 1'000'000;  // s
 
 Uint32 played_ms = 0;  // what the game gets from SDL_GetTicks
 
-game_state *current_game() {
-  return static_cast<game_state *>(context.state_machine->screen);
-}
-
 // Starts a match in a picture: fighter 1 at full reach with its upper arm, fighter 2 hit and flexing its
 // lower arm.
 void pose_match() {

@@ -2,5 +2,5 @@
 
 // The version, as CMakeLists.txt names it for everything that shows one.
 
-extern const char *const program_version;  // "1.0.1"
+extern const char *const program_version;  // three numbers with dots between
 extern const char *const menu_version;     // its first two numbers

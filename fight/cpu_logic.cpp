@@ -46,10 +46,6 @@ int tick_after(std::uint32_t now, int least, int spread) {
   return static_cast<int>(now + static_cast<std::uint32_t>(least + std::rand() % spread));
 }
 
-int match_distance() {
-  return static_cast<const game_state *>(context_state_machine()->screen)->distance;
-}
-
 // One fighter above the other.
 bool stacked(const fighter *me, const fighter *opponent) {
   const int width = fighter_body_columns * context_get()->unit_w;
@@ -170,7 +166,7 @@ void cpu_logic_check_state(cpu_logic *cpu, const fighter *me, const fighter *opp
     side_step(cpu, now);
     return;
   }
-  const int distance = match_distance();
+  const int distance = current_game()->distance;
   if (reached(cpu->next_plan_at, now)) draw_plan(cpu, distance, now);
   if (reached(cpu->next_move_at, now)) choose_direction(cpu, me, opponent, now);
   if (me->punch_phase == punch_none && passed(cpu->next_punch_at, now) &&

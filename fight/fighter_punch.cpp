@@ -1,10 +1,13 @@
 // Punches, hits, knock-back and the idle flexing of the arms.
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 
 #include "core/context.h"
 #include "core/utility.h"
 #include "fight/fighter.h"
+#include "fight/fighter_masks.h"
 #include "media/sounds.h"
 
 namespace {
@@ -14,7 +17,7 @@ constexpr int flex_frames = 6;        // a flexed pose is held until the next mu
 constexpr int flex_period = 24;       // and a new one is drawn at the multiples of this
 
 // The round glove as three overlapping rectangles, in blocks from the fighter's top-left corner: the widest
-// rows, the rows around them, the outermost rows. Of an extended arm they cover exactly the drawn glove.
+// rows, the rows around them, the outermost rows.
 constexpr SDL_Rect glove_upper[3] = {{0, 2, 10, 4}, {1, 1, 8, 6}, {2, 0, 6, 8}};
 constexpr int glove_lower_offset = 24;  // blocks from the upper glove down to the lower one
 
@@ -27,6 +30,31 @@ constexpr reach reach_half = {{19, 9}};
 constexpr reach reach_full = {{28, 0}};
 
 constexpr SDL_Rect nose[2] = {{2, 15, 14, 2}, {22, 15, 14, 2}};  // blocks, by fighter_side
+
+constexpr bool covers(const SDL_Rect &rect, int column, int row) {
+  return column >= rect.x && column < rect.x + rect.w && row >= rect.y && row < rect.y + rect.h;
+}
+
+// Whether exactly what is drawn in these rows of a mask, left of column `end`, is covered by one of the
+// rectangles when these are moved.
+template <std::size_t rows, std::size_t count>
+constexpr bool is_drawn(const mask<rows> &drawing, std::size_t first_row, std::size_t last_row,
+                        std::size_t end, const SDL_Rect (&rects)[count], SDL_Point moved) {
+  for (std::size_t row = first_row; row <= last_row; ++row) {
+    for (std::size_t column = 0; column < end; ++column) {
+      const int x = static_cast<int>(column) - moved.x, y = static_cast<int>(row) - moved.y;
+      const bool hit = std::ranges::any_of(rects, [=](const SDL_Rect &rect) { return covers(rect, x, y); });
+      if (drawing[row][column] != hit) return false;
+    }
+  }
+  return true;
+}
+
+// What hits, and what can be hit, is what is drawn: of a fighter that faces left, as the masks do.
+static_assert(is_drawn(upper_left_0, 0, 7, 29, glove_upper, {reach_rest.by_side[side_right], 0}));
+static_assert(is_drawn(upper_left_1, 0, 7, 19, glove_upper, {reach_half.by_side[side_right], 0}));
+static_assert(is_drawn(upper_left_2, 0, 7, 10, glove_upper, {reach_full.by_side[side_right], 0}));
+static_assert(is_drawn(head_normal_left, 4, 5, 36, {nose[side_right]}, {0, -arm_mask_rows}));
 
 int glove_column(const fighter *fighter) {
   switch (fighter->punch_phase) {

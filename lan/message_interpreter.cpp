@@ -51,7 +51,8 @@ void follow_host(const message &message) {
   net_peer_heard(SDL_GetTicks());
 }
 
-// A room is listed by the way it was heard first, also when the host is heard on several networks.
+// A room is listed by the way it was heard first, also when the host is heard on several networks. The list
+// reads the text once more, since it believes numbers of nine digits at most.
 void list_room(const message &message, const char *text) {
   if (update_peer_heartbeat(SDL_GetTicks(), message.room_id, creatorList) == 1) return;
   char sender[16];
