@@ -9,12 +9,13 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools" / "driver"))
 
-from game_driver import Display, Game, save_picture  # noqa: E402
+from game_driver import Display, Game, save_picture, wait_until  # noqa: E402
 from game_pages import check_end, choose, pause, wait_for_main_menu, wait_for_match  # noqa: E402
 from game_screens import (BIG, BLACK, DARK, PLAYER_1, PLAYER_2, WHITE, clock, fighter_box, land_punch,  # noqa: E402
                           shows)
 
 FOLDER = ROOT / "build" / "demonstration"
+SOUND = FOLDER / "sound.raw"  # which SDL's disk driver writes instead of playing it
 RESTING_COLUMNS = 19  # blocks that a fighter covers across with both gloves drawn in
 
 
@@ -62,6 +63,7 @@ def play(game):
     choose(game, "2 Player")
     keep(wait_for_match(game, 60), "game")
     keep(land_visible_punch(game), "punch")
+    wait_until("a punch is heard", lambda: any(SOUND.read_bytes()))
     keep(pause(game), "pause_menu")
     game.press("Escape")
     print("  (the match goes on to its end, less than a minute)", flush=True)
@@ -73,7 +75,9 @@ def play(game):
 
 
 def main():
-    with Display() as display, Game(display, *sys.argv[1:]) as game:
+    FOLDER.mkdir(parents=True, exist_ok=True)
+    audible = {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": str(SOUND)}
+    with Display() as display, Game(display, *sys.argv[1:], environment=audible) as game:
         game.open_window()
         print("Pictures:", flush=True)
         play(game)
