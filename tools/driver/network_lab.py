@@ -82,7 +82,6 @@ class Datagram(NamedTuple):
     time: float       # s, as time.time(), when it came to the switch
     sender: str       # name of the machine
     source: tuple     # address and port
-    destination: tuple
     payload: bytes
 
 
@@ -158,4 +157,4 @@ def read_datagram(receiver, sender):
         return None
     seconds, nanoseconds = struct.unpack("qq", ancillary[0][2])
     return Datagram(seconds + nanoseconds / 1e9, sender, (socket.inet_ntoa(packet[12:16]), source_port),
-                    (socket.inet_ntoa(packet[16:20]), port), packet[header + 8:header + length])
+                    packet[header + 8:header + length])
