@@ -11,22 +11,21 @@
 namespace {
 
 struct peer_list : testing::Test {
-  ~peer_list() override { delete_list(&rooms); }
+  ~peer_list() override { delete_list(&creatorList); }
   // Lists a room and hears it at a tick.
   void announce(const char *id, const char *ip, std::uint32_t now, const char *text = "a1 x 1 h 1 g") {
-    update_peer_list(text, ip, id, &rooms);
-    update_peer_heartbeat(now, id, rooms);
+    update_peer_list(text, ip, id, &creatorList);
+    update_peer_heartbeat(now, id, creatorList);
   }
   // Id, address and heartbeat of each room.
   std::string listed() const {
     std::string listed;
-    for (const list_node *node = rooms; get_peer_from_list(node) != nullptr; node = node->next) {
+    for (const list_node *node = creatorList; get_peer_from_list(node) != nullptr; node = node->next) {
       const room_record *room = get_peer_from_list(node);
       listed += std::string(room->room_id) + "@" + room->ip + " " + std::to_string(room->heartbeat) + "; ";
     }
     return listed;
   }
-  list_node *rooms = nullptr;
 };
 
 }  // namespace
@@ -73,7 +72,7 @@ TEST_F(peer_list, keeps_a_room_as_first_announced) {
   const char *too_long = "a1 x 11 abcdefghijk 12 lmnopqrstuvw 10 1234567890 1 x 5 -1rst";
   announce("0123456789", "1234567890123456", 0, too_long);
   EXPECT_EQ(listed(), "012345678@123456789012345 0; Rb4kT8mA@10.0.0.7 60; ");
-  const room_record *cut = get_peer_from_list(rooms), *room = get_peer_from_list(rooms->next);
+  const room_record *cut = get_peer_from_list(creatorList), *room = get_peer_from_list(creatorList->next);
   EXPECT_EQ(std::string(cut->name) + cut->joiner_name, "abcdefghijlmnopqrstu");
   EXPECT_EQ(room->name + std::string(room->joiner_name), "player1Bob");
   EXPECT_EQ(std::tie(cut->time, cut->fighter1_color, cut->fighter2_color),
@@ -85,13 +84,13 @@ TEST_F(peer_list, removes_the_first_room_of_a_name_and_one_silent_room_a_call) {
   announce("twin", "10.0.0.1", 1000);
   announce("other", "10.0.0.1", 9000);
   announce("twin", "10.0.0.2", 2000);
-  delete_peer_from_list(&rooms, "none");
-  EXPECT_EQ(check_hart_beat_for_list(&rooms, 6000, 5000), 0);
-  EXPECT_EQ(check_hart_beat_for_list(&rooms, 7001, 5000), 1);
+  delete_peer_from_list(&creatorList, "none");
+  EXPECT_EQ(check_hart_beat_for_list(&creatorList, 6000, 5000), 0);
+  EXPECT_EQ(check_hart_beat_for_list(&creatorList, 7001, 5000), 1);
   EXPECT_EQ(listed(), "other@10.0.0.1 9000; twin@10.0.0.1 1000; ");
-  delete_peer_from_list(&rooms, "twin");
+  delete_peer_from_list(&creatorList, "twin");
   EXPECT_EQ(listed(), "other@10.0.0.1 9000; ");
-  update_peer_heartbeat(0xFFFFF000, "other", rooms);  // the tick count is about to start again at 0
+  update_peer_heartbeat(0xFFFFF000, "other", creatorList);  // the tick count is about to start again at 0
   for (const std::uint32_t now : {0xFFFFFF9C, 904u, 905u})
-    EXPECT_EQ(check_hart_beat_for_list(&rooms, now, 5000), now == 905 ? 1 : 0);
+    EXPECT_EQ(check_hart_beat_for_list(&creatorList, now, 5000), now == 905 ? 1 : 0);
 }

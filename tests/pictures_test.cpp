@@ -136,10 +136,8 @@ TEST(pictures, of_every_pose) {
   SDL_RenderClear(gRenderer);
   for (int i = 0; i < 7 * 18; ++i) {
     fighter figure = {};
-    figure.color = graphics_get_color(static_cast<Uint16>(1 + i % 2));
-    figure.texture = &commet_texture;
+    fighter_init(&figure, &commet_texture, 0, 0, i / 9 % 2, static_cast<Uint16>(1 + i % 2));
     figure.punch_phase = i / 18;
-    figure.side = i / 9 % 2;
     figure.punching_arm = i / 4 % 2;
     figure.knock_frames = i / 2 % 4;
     figure.flex_pose = i % 9 % 4;

@@ -32,21 +32,24 @@ TEST(socket_api, does_what_it_says) {
   EXPECT_EQ(socket_source(inet_addr("10.1.0.9")), 0u) << "there is no way";
   ASSERT_TRUE(ip("link set lo up") && ip("link add cable type veth peer name far") &&
               ip("link set cable up") && ip("addr add 10.1.0.2/24 dev cable"));
-  const bool has_line = ip("tuntap add line mode tun") && ip("link set line up") &&
-                        ip("addr add 10.8.0.6 peer 10.8.0.5 dev line");  // not everybody may
   EXPECT_TRUE(socket_join_group(other, group, cable.s_addr));
 
-  socket_interface found[3];
-  ASSERT_TRUE(socket_interfaces(found, 1) == 1 && socket_interfaces(found, 3) == 1 + has_line);
+  socket_interface found[2];
+  ASSERT_TRUE(socket_interfaces(found, 0) == 0 && socket_interfaces(found, 2) == 1);
   EXPECT_TRUE(found[0].address == cable.s_addr && found[0].mask == inet_addr("255.255.255.0"));
   EXPECT_TRUE(found[0].far_end == 0 && found[0].number > 1 && found[0].multicast);
-  EXPECT_TRUE(!has_line || found[1].far_end == inet_addr("10.8.0.5"));
   EXPECT_EQ(socket_source(inet_addr("10.1.0.9")), cable.s_addr);
 
   EXPECT_TRUE(socket_bind(one, on("127.0.0.1")));
-  EXPECT_FALSE(socket_bind(other, on("127.0.0.1")));
-  EXPECT_EQ(socket_last_error(), EADDRINUSE);
+  EXPECT_TRUE(!socket_bind(other, on("127.0.0.1")) && socket_last_error() == EADDRINUSE);
   EXPECT_EQ(socket_send(one, "datagram", 8, on("10.2.0.9")), -1);
+  EXPECT_EQ(socket_send(other, "datagram", 8, on("127.0.0.1")), 8);
+  sockaddr_in from = {};
+  socket_length length = sizeof from;
+  char bytes[9] = "........";
+  EXPECT_TRUE(socket_peek(one, &from) && from.sin_addr.s_addr == inet_addr("127.0.0.1"));
+  ASSERT_EQ(socket_wait(one, socket_readable, 1, 0), socket_readable) << "it is there still";
+  EXPECT_TRUE(socket_receive(one, bytes, 4, &from, &length) == 4 && std::string(bytes) == "data....");
   EXPECT_TRUE(socket_close(one) == 0 && socket_close(one) == -1);
   for (const socket_handle invalid : {one, socket_none, FD_SETSIZE})
     EXPECT_EQ(socket_wait(invalid, socket_readable, 0, 0), -1);

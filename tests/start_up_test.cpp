@@ -7,6 +7,7 @@
 #include "core/version.h"
 #include "core/window.h"
 #include "media/sounds.h"
+#include "tests/support/network.h"
 #include "tests/support/stage.h"
 
 int game_main(int argc, char *argv[]);
@@ -28,7 +29,8 @@ std::string run(std::vector<const char *> arguments, std::function<void()> look 
   full_screen = false;
   arguments.insert(arguments.begin(), "vantaro-pugnado");
   const std::string output = output_of([&arguments] {
-    EXPECT_EQ(game_main(static_cast<int>(arguments.size()), const_cast<char **>(arguments.data())), 0);
+    const int status = game_main(static_cast<int>(arguments.size()), const_cast<char **>(arguments.data()));
+    EXPECT_EQ(status, network.fails.empty() ? 0 : 1);
   });
   EXPECT_TRUE(gWindow == nullptr && gRenderer == nullptr && world.textures == 0);
   return output;
@@ -41,8 +43,7 @@ TEST(start_up, sets_everything_up_and_releases_it_in_order) {
     SDL_BlendMode mode;
     SDL_GetRenderDrawBlendMode(gRenderer, &mode);
     EXPECT_EQ(mode, SDL_BLENDMODE_BLEND);
-    EXPECT_EQ(SDL_IsTextInputActive(), SDL_FALSE);
-    EXPECT_TRUE(SDL_WasInit(SDL_INIT_GAMECONTROLLER));
+    EXPECT_TRUE(SDL_IsTextInputActive() == SDL_FALSE && SDL_WasInit(SDL_INIT_GAMECONTROLLER) != 0);
     for (const auto &[sound, file] : {std::pair{gPunchHit, "hit"}, {gPunch, "miss"}, {gBell, "end"}}) {
       Mix_Chunk *expected = Mix_LoadWAV((std::string("assets/") + file + ".wav").c_str());
       EXPECT_EQ(std::memcmp(sound->abuf, expected->abuf, expected->alen), 0) << file;
@@ -93,6 +94,10 @@ TEST(start_up, options_say_something) {
   EXPECT_THAT(run({"--help"}), testing::StartsWith("Usage: vantaro-pugnado "));
   run({"--message-box"}, {}, {{"TTF_Init", 1}});
   EXPECT_THAT(world.box, testing::EndsWith("on demand\nFailed to initialize!\n"));
+  network.fails = {"start"};
+  EXPECT_EQ(run({"--message-box"}), "WS could not be init\n");
+  EXPECT_THAT(world.box, testing::EndsWith("WS could not be init\n"));
+  network = {};
 }
 
 TEST(start_up, failing_call_is_reported) {

@@ -11,6 +11,7 @@
 #include "app/main_loop.h"
 #include "lan/lan_room.h"
 #include "media/graphics.h"
+#include "media/sounds.h"
 #include "net/linked_list.h"
 #include "net/message_reader.h"
 #include "net/net.h"
@@ -35,15 +36,9 @@ constexpr SDL_Keycode keys[] = {SDLK_LEFT,   SDLK_RIGHT,  SDLK_UP,        SDLK_D
                                 SDLK_RETURN, SDLK_ESCAPE, SDLK_BACKSPACE, SDLK_a,    SDLK_d,     SDLK_w,
                                 SDLK_s,      SDLK_c,      SDLK_v,         SDLK_x};
 // Every message; R is a room id, # a counter that is news.
-constexpr const char *messages[] = {"a R host me 120 1 2",
-                                    "b R peer",
-                                    "c R 2 1",
-                                    "d R peer",
-                                    "e R # 10 10 0 0 0 0 0 3 0 86 54 1 0 0 0 0 3 0 100 0",
-                                    "f R # 4 0 1 0",
-                                    "g R peer",
-                                    "h R peer",
-                                    "i R peer"};
+constexpr const char *whole_match = "e R # 10 10 0 0 0 0 0 3 0 86 54 1 0 0 0 0 3 0 100 0";
+constexpr const char *messages[] = {"a R host me 120 1 2", "b R peer", "c R 2 1",  "d R peer", whole_match,
+                                    "f R # 4 0 1 0",       "g R peer", "h R peer", "i R peer"};
 
 int take() {
   return next_byte == end_of_input ? 0 : *next_byte++;
@@ -143,7 +138,8 @@ const char *__asan_default_options() {
 int LLVMFuzzerInitialize(int *, char ***) {
   setenv("SDL_NO_SIGNAL_HANDLERS", "1", 1);
   assert(std::freopen("/dev/null", "w", stdout) != nullptr);
-  new open_game(20, 20);  // for as long as the process lasts
+  new open_game(20, 20);     // for as long as the process lasts
+  assert(gBell != nullptr);  // the last that is loaded
   context_teardown();
   return 0;
 }
@@ -157,8 +153,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
       .ticks = 1, .seconds = 1000000, .dice = &dice, .on_delay = [] { check_frame(), check_sent(), play(); }};
   next_byte = data;
   end_of_input = data + size;
-  frames = 0;
-  clock_by = 0;
+  clock_by = frames = 0;
   SDL_SetClipboardText("");
   SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   context_init();

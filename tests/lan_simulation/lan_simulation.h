@@ -22,7 +22,7 @@
 #include "screens/end_menu.h"
 #include "screens/main_menu.h"
 
-enum wish : int { be_idle, be_home, join_room, host_room, start_match, kick_guest };
+enum intention : int { be_idle, be_home, join_room, host_room, start_match, kick_guest };
 
 struct machine {
   unsigned number;
@@ -33,7 +33,7 @@ struct machine {
   void **hit_sound = nullptr;
   // What follows is new in every run.
   std::function<void(machine &)> on_frame = {};      // at the end of every frame
-  enum wish wish = be_idle;                          // of the player
+  intention wish = be_idle;                          // of the player
   std::size_t to_join = 0;                           // whose room
   long long next_punch = 0, punches = 0;             // when the player presses the key, how often it has
   std::map<SDL_Keycode, long long> held = {};        // keys that are down, and until when

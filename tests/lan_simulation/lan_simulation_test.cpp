@@ -77,7 +77,7 @@ bool have_names() {
 }
 
 // Without loss an announcement a second tells the names soon.
-void join(wish of_third) {
+void join(intention of_third) {
   host.wish = host_room, guest.wish = join_room, third.wish = of_third;
   third.stopped_until = of_third == be_idle ? now + 1'000'000 : 0;
   run(30'000, has_joined);
@@ -88,7 +88,7 @@ void join(wish of_third) {
 // By the seed the guest leaves, or is kicked, or the host makes another room, and it joins again; or somebody
 // else comes, to the same room or with an own one.
 void join_again(unsigned seed) {
-  constexpr wish changes[][2] = {
+  constexpr intention changes[][2] = {
       {host_room, be_home}, {kick_guest, join_room}, {be_home, join_room}, {host_room, join_room}};
   const auto &[of_host, of_guest] = changes[seed % 4];
   host.wish = of_host, guest.wish = of_guest;

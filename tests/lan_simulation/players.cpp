@@ -97,8 +97,8 @@ void play(machine &machine) {
 void wander(machine &machine) {
   constexpr SDL_Keycode keys[] = {SDLK_ESCAPE, SDLK_RETURN, SDLK_RETURN, SDLK_UP,       SDLK_DOWN,
                                   SDLK_LEFT,   SDLK_RIGHT,  SDLK_SPACE,  SDLK_BACKSPACE};
-  constexpr wish wishes[] = {host_room, start_match, start_match, join_room, join_room,
-                             join_room, kick_guest,  be_home,     be_idle};
+  constexpr intention wishes[] = {host_room, start_match, start_match, join_room, join_room,
+                                  join_room, kick_guest,  be_home,     be_idle};
   const auto draw = machine.random(), pick = draw / 1024;
   if (draw % 128 == 0) machine.wish = wishes[pick % std::size(wishes)];
   if (draw % 4 == 1 && machines[pick % 3].net->is_host != 0) machine.to_join = pick % 3;

@@ -67,9 +67,11 @@ long long next_arrival() {
 bool run(long long duration, const std::function<bool()> &until) {
   const long long end = now + duration;
   const auto due = [](const machine &own) { return std::max({own.wake, own.stopped_until, now}); };
-  for (machine *next; next = std::ranges::min_element(machines, {}, due), due(*next) <= end;) {
-    now = due(*next);
-    turns[next->number].release();
+  for (;;) {
+    machine &next = *std::ranges::min_element(machines, {}, due);
+    if (due(next) > end) break;
+    now = due(next);
+    turns[next.number].release();
     test_turn.acquire();
     if (until && until()) return true;
   }

@@ -44,7 +44,7 @@ std::string sent_to(const std::string &ip) {
 }
 
 bool socket_start() {
-  return true;
+  return !network.fails.contains("start");
 }
 
 int socket_last_error() {

@@ -2,10 +2,7 @@
 
 // Where the tests play: the game with window and media; and the keys they press.
 
-#include <SDL.h>
 #include <gtest/gtest.h>
-
-#include <string>
 
 #include "core/context.h"
 #include "core/state_machine.h"
