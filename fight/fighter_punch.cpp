@@ -42,7 +42,8 @@ constexpr bool is_drawn(const mask<rows> &drawing, std::size_t first_row, std::s
                         std::size_t end, const SDL_Rect (&rects)[count], SDL_Point moved) {
   for (std::size_t row = first_row; row <= last_row; ++row) {
     for (std::size_t column = 0; column < end; ++column) {
-      const int x = static_cast<int>(column) - moved.x, y = static_cast<int>(row) - moved.y;
+      const int x = static_cast<int>(column) - moved.x;
+      const int y = static_cast<int>(row) - moved.y;
       const bool hit = std::ranges::any_of(rects, [=](const SDL_Rect &rect) { return covers(rect, x, y); });
       if (drawing[row][column] != hit) return false;
     }
