@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "core/context.h"
-#include "core/state_machine.h"
 #include "core/utility.h"
 #include "fight/fighter.h"
 #include "fight/game_state.h"

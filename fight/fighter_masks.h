@@ -5,8 +5,8 @@
 // when drawn. An arm lies above the head, row 10 of the arm directly over row 0 of the head, and the
 // mirrored arm directly below it.
 //
-// The rules of the game stand on some of these cells, so a new drawing must keep them; the compiler sees to
-// the first two in fight/fighter_punch.cpp:
+// The rules of the game stand on some of these cells, so a new drawing must keep them; in
+// fight/fighter_punch.cpp the compiler sees to gloves and nose:
 // - The glove is exactly the three rectangles of a punch: 10 columns on rows 2-5, 8 on rows 1 and 6,
 //   6 on rows 0 and 7. It starts at column 19 at rest, 9 half extended, 0 fully extended. Nothing lies
 //   left of it, and only the arm joins it on the right. (A flexed glove, at column 22, hits nothing.)

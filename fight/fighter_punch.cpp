@@ -51,11 +51,20 @@ constexpr bool is_drawn(const mask<rows> &drawing, std::size_t first_row, std::s
   return true;
 }
 
-// What hits, and what can be hit, is what is drawn: of a fighter that faces left, as the masks do.
-static_assert(is_drawn(upper_left_0, 0, 7, 29, glove_upper, {reach_rest.by_side[side_right], 0}));
-static_assert(is_drawn(upper_left_1, 0, 7, 19, glove_upper, {reach_half.by_side[side_right], 0}));
-static_assert(is_drawn(upper_left_2, 0, 7, 10, glove_upper, {reach_full.by_side[side_right], 0}));
-static_assert(is_drawn(head_normal_left, 4, 5, 36, {nose[side_right]}, {0, -arm_mask_rows}));
+// Of a fighter that faces left, as the masks do; one that faces right is its mirror image.
+constexpr bool glove_is_drawn(const mask<arm_mask_rows> &arm, const reach &reach) {
+  constexpr int glove_columns = 10;
+  constexpr int last_row = 7;
+  const int left = reach.by_side[side_right];
+  return reach.by_side[side_left] == mask_columns - glove_columns - left &&
+         is_drawn(arm, 0, last_row, static_cast<std::size_t>(left + glove_columns), glove_upper, {left, 0});
+}
+
+static_assert(glove_is_drawn(upper_left_0, reach_rest));
+static_assert(glove_is_drawn(upper_left_1, reach_half));
+static_assert(glove_is_drawn(upper_left_2, reach_full));
+static_assert(is_drawn(head_normal_left, 4, 5, mask_columns, {nose[side_right]}, {0, -arm_mask_rows}));
+static_assert(nose[side_left].x == mask_columns - nose[side_right].w - nose[side_right].x);
 
 int glove_column(const fighter *fighter) {
   switch (fighter->punch_phase) {

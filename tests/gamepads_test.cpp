@@ -2,6 +2,8 @@
 
 #include "app/gamepads.h"
 
+#include <cctype>
+
 #include "app/main_loop.h"
 #include "tests/support/stage.h"
 

@@ -115,6 +115,7 @@ TEST_F(lan_menu, keys_lead_from_page_to_page) {
   EXPECT_EQ(lobby->mode, page_name_entry) << "nothing opens without a name";
   EXPECT_FALSE(SDL_IsTextInputActive()) << "on Create";
   press("D");
+  EXPECT_TRUE(SDL_IsTextInputActive());
   enter(screen_main_menu);
   EXPECT_FALSE(SDL_IsTextInputActive());
 }
@@ -192,7 +193,7 @@ TEST_F(lan_menu, room_list_scrolls_and_joins_and_is_come_back_to) {
   lan_handle_input();
   EXPECT_EQ(sent_to("10.0.0.3"), "i8 Room0006 3 Bob|") << "before anything else was said";
   context.state_machine->next_state = screen_none;
-  world.ticks = 11001;
+  update_peer_heartbeat(world.ticks = 11001, "Room0006", creatorList);
   lan_update();
   EXPECT_TRUE(lobby->mode == page_room_list && find_room(creatorList, "Room0006") == nullptr) << "it is lost";
 }

@@ -14,7 +14,7 @@ TEST(main_loop, changes_screens_before_it_draws_sleeps_out_33_ms_and_closes_what
     if (context.frame_count == 4) context.state_machine->next_state = screen_game;
   };
   context.state_machine->render = [] { EXPECT_LT(context.frame_count, 4u); };
-  world.on_delay = [] {
+  world.on_delay = [] {  // in the sixth frame the window is closed and another screen asked for
     if (context.frame_count < 5) return;
     push_keys("Q");
     context.state_machine->update = [] {

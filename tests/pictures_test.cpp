@@ -7,7 +7,6 @@
 #include <filesystem>
 
 #include "core/window.h"
-#include "fight/fighter.h"
 #include "media/graphics.h"
 #include "net/linked_list.h"
 #include "net/net.h"

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include "app/main_loop.h"
-#include "fight/game_state.h"
 #include "tests/support/stage.h"
 
 TEST(screens, keys) {
@@ -26,7 +25,6 @@ TEST(screens, keys) {
   open_game game(800, 640);
   for (const auto &c : cases) {
     context.game_mode = static_cast<Uint8>(c.mode);
-    enter(screen_game);                                          // which the end screen follows
     const int &selected = *static_cast<int *>(enter(c.screen));  // every screen's record begins with it
     push_keys(c.keys);
     context.state_machine->handle_input();

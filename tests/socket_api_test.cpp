@@ -40,10 +40,10 @@ TEST(socket_api, does_what_it_says) {
   EXPECT_TRUE(found[0].far_end == 0 && found[0].number > 1 && found[0].multicast);
   EXPECT_EQ(socket_source(inet_addr("10.1.0.9")), cable.s_addr);
 
-  EXPECT_TRUE(socket_bind(one, on("127.0.0.1")));
+  EXPECT_TRUE(socket_set_option(one, SOL_SOCKET, SO_REUSEADDR, 1) && socket_bind(one, on("127.0.0.1")));
   EXPECT_TRUE(!socket_bind(other, on("127.0.0.1")) && socket_last_error() == EADDRINUSE);
   EXPECT_EQ(socket_send(one, "datagram", 8, on("10.2.0.9")), -1);
-  EXPECT_EQ(socket_send(other, "datagram", 8, on("127.0.0.1")), 8);
+  ASSERT_EQ(socket_send(other, "datagram", 8, on("127.0.0.1")), 8);
   sockaddr_in from = {};
   socket_length length = sizeof from;
   char bytes[9] = "........";

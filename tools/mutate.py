@@ -6,8 +6,8 @@ after every fault, and a summary to the output.
 
 The faults are a fixed list, tools/faults.txt: file, line, changed line and, for one that no test can notice, why;
 with tabs between. They were drawn at random: comparisons and constants changed, arguments swapped, statements dropped.
-A line is found by its words in the file of that name (after "#": which of several equal ones). Faults whose line is
-gone are named and skipped; write others in their place."""
+A line is found by its words in the file of that name (after "#": which of several equal ones, or else the first).
+Faults whose line is gone are named and skipped; write others in their place."""
 
 import argparse
 import json
@@ -43,6 +43,9 @@ def output(*command, **options):
 
 def copy_tree():
     """Leaves a file that is the same already untouched, and dates one that is not as of now, so that it is built."""
+    for path in sources():
+        if not (ROOT / path.relative_to(COPY)).exists():
+            path.unlink()
     for name in output("git", "ls-files", "--cached", "--others", "--exclude-standard", cwd=ROOT).splitlines():
         source, copy = ROOT / name, COPY / name
         if source.is_file() and not (copy.exists() and source.read_bytes() == copy.read_bytes()):
@@ -59,8 +62,8 @@ def build(folder, flags=None, targets=("all",)):
 
 def sources():
     """The game's own files, headers too."""
-    floors = output(COPY / "tools" / "check_floors.py", "--list").splitlines()
-    return [path for floor in floors for path in sorted((COPY / floor).iterdir())]
+    floors = output(ROOT / "tools" / "check_floors.py", "--list").splitlines()
+    return [path for floor in floors for path in sorted((COPY / floor).glob("*.*"))]
 
 
 # Test cases
@@ -134,18 +137,19 @@ def try_faults(faults, pattern):
     seconds = {name: work_of(name, command) for name, command in cases.items()}
     elsewhere = {name: lines_not_passed(COVERAGE, command) for name, command in test_cases(COVERAGE, pattern).items()}
     programs = {Path(command[0]).relative_to(BUILD) for command in cases.values()}
+    if not programs or not faults:
+        raise SystemExit("no test has such a name, or no fault is in such a file")
     for fault in faults:
         place = place_of(fault)
         if not place:
             print(f"gone: {fault[0]}: {fault[1]}", flush=True)
             continue
         with changed(fault, place):
+            noticed_by = ["the build"]
             if build(BUILD, targets=programs):
                 noticed_by = [name for name, command in cases.items()
                               if place not in elsewhere[name] and not passes(command, seconds[name])]
-                yield {"file": fault[0], "old": fault[1], "new": fault[2], "equal": fault[3:], "noticed_by": noticed_by}
-            else:
-                print(f"does not compile: {fault[0]}: {fault[2]}", flush=True)
+        yield {"file": fault[0], "old": fault[1], "new": fault[2], "equal": fault[3:], "noticed_by": noticed_by}
 
 
 def summarize(table):

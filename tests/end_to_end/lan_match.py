@@ -13,7 +13,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "driver")
 
 from game_driver import wait_until  # noqa: E402
 from game_pages import CORNERS, check, check_end, choose, wait_for_match  # noqa: E402
-from game_screens import BLACK, PLAYER_1, RED, WHITE, land_punch  # noqa: E402
+from game_screens import BLACK, PLAYER_1, RED, WHITE, land_punch, shows  # noqa: E402
 from lan_games import NAMES, create_room, enter_lobbies, has_text, join_room, meet, run, same_picture  # noqa: E402
 
 
@@ -40,7 +40,7 @@ def fight(play):
 def close_windows(play):
     play.host.close_window()
     check_end(play.host)
-    has_text(play.guest, "Main Menu", 448, RED)
+    play.guest.wait_until("the end, of which it is told", lambda picture: shows(picture, "LAN Games", 448, RED), 4)
     play.guest.close_window()
     check_end(play.guest)
 
@@ -56,7 +56,7 @@ def join_over(play, routed, *addresses, keys=("Return",)):
     room = create_room(play, *keys)
     expected = sorted(2 * addresses)
     wait_until("another announcement", lambda: len(play.lab.sent("a", start)) >= len(expected))
-    sources = sorted(one.source[0] for one in play.lab.sent("a", start)[:len(expected)])
+    sources = sorted(one.source for one in play.lab.sent("a", start)[:len(expected)])
     check(f"announcements come from {expected}, not {sources}", sources == expected)
     check("one room is listed", len(join_room(play, room).crop((160, 320, 640, 640)).getcolors()) == 1)
     play.host.press(*keys)

@@ -1,8 +1,6 @@
 // Plays the whole game in a tiny window that nobody sees: a start, then steps, all from the input. Clocks,
 // random numbers and the network are the tests' own, so that an input always plays the same.
 
-#include <SDL.h>
-
 #undef NDEBUG  // whatever the build, the assertions are what is checked
 #include <cassert>
 #include <cstring>

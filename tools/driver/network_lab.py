@@ -80,8 +80,7 @@ class Machine:
 
 class Datagram(NamedTuple):
     time: float       # s, as time.time(), when it came to the switch
-    sender: str       # name of the machine
-    source: tuple     # address and port
+    source: str       # address
     payload: bytes
 
 
@@ -95,7 +94,7 @@ class Lab:
         self._switch = Machine()
         self._switch.ip(*[f"link add switch{network} up type bridge mcast_snooping 0" for network in (0, 1)])
         self._machines = {name: Machine(f"10.55.0.{number}") for number, name in enumerate((*watched, *others), 1)}
-        self._watched, self._ports = watched, {}
+        self._watched, self._ports = watched, []
         for name in self._machines:
             self.add_card(name, 0)
             self.route_group(name, 0)
@@ -109,7 +108,7 @@ class Lab:
         self[name].ip("link set lo up", f"link set veth{card} up", f"address add {address}/16 dev veth{card}")
         if name in self._watched:
             with self._switch.entered():
-                self._ports[open_capture(f"port{card}-{name}")] = name
+                self._ports.append(open_capture(f"port{card}-{name}"))
 
     def route_group(self, name, card):
         """Without a route the system chooses no card for the group."""
@@ -130,7 +129,7 @@ class Lab:
         while True:
             for port in select.select(list(self._ports), [], [], 0.1)[0]:  # a card may have been added
                 try:
-                    datagram = read_datagram(port, self._ports[port])
+                    datagram = read_datagram(port)
                 except OSError:  # once, when the cable is pulled
                     continue
                 if datagram:
@@ -146,15 +145,14 @@ def open_capture(port):
     return receiver
 
 
-def read_datagram(receiver, sender):
+def read_datagram(receiver):
     """The next datagram for the game's port; None when it was something else."""
     packet, ancillary, _, origin = receiver.recvmsg(2048, 128)
     if origin[1] != ETH_P_IP or packet[9] != socket.IPPROTO_UDP:
         return None
     header = 4 * (packet[0] & 15)
-    source_port, port, length = struct.unpack_from("!HHH", packet, header)
+    port, length = struct.unpack_from("!HH", packet, header + 2)
     if port != GAME_PORT:
         return None
     seconds, nanoseconds = struct.unpack("qq", ancillary[0][2])
-    return Datagram(seconds + nanoseconds / 1e9, sender, (socket.inet_ntoa(packet[12:16]), source_port),
-                    packet[header + 8:header + length])
+    return Datagram(seconds + nanoseconds / 1e9, socket.inet_ntoa(packet[12:16]), packet[header + 8:header + length])
