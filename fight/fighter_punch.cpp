@@ -56,8 +56,9 @@ constexpr bool glove_is_drawn(const mask<arm_mask_rows> &arm, const reach &reach
   constexpr int glove_columns = 10;
   constexpr int last_row = 7;
   const int left = reach.by_side[side_right];
-  return reach.by_side[side_left] == mask_columns - glove_columns - left &&
-         is_drawn(arm, 0, last_row, static_cast<std::size_t>(left + glove_columns), glove_upper, {left, 0});
+  const int end = left + glove_columns;
+  return reach.by_side[side_left] == mask_columns - end &&
+         is_drawn(arm, 0, last_row, static_cast<std::size_t>(end), glove_upper, {left, 0});
 }
 
 static_assert(glove_is_drawn(upper_left_0, reach_rest));
