@@ -61,11 +61,19 @@ constexpr bool glove_is_drawn(const mask<arm_mask_rows> &arm, const reach &reach
          is_drawn(arm, 0, last_row, static_cast<std::size_t>(end), glove_upper, {left, 0});
 }
 
+// Of the head, which lies below the arm, the rows with the nose.
+constexpr bool nose_is_drawn(const mask<head_mask_rows> &head) {
+  const SDL_Rect &rect = nose[side_right];
+  const std::size_t first_row = static_cast<std::size_t>(rect.y) - arm_mask_rows;
+  const std::size_t last_row = first_row + static_cast<std::size_t>(rect.h) - 1;
+  return nose[side_left].x == mask_columns - rect.w - rect.x &&
+         is_drawn(head, first_row, last_row, mask_columns, {rect}, {0, -arm_mask_rows});
+}
+
 static_assert(glove_is_drawn(upper_left_0, reach_rest));
 static_assert(glove_is_drawn(upper_left_1, reach_half));
 static_assert(glove_is_drawn(upper_left_2, reach_full));
-static_assert(is_drawn(head_normal_left, 4, 5, mask_columns, {nose[side_right]}, {0, -arm_mask_rows}));
-static_assert(nose[side_left].x == mask_columns - nose[side_right].w - nose[side_right].x);
+static_assert(nose_is_drawn(head_normal_left));
 
 int glove_column(const fighter *fighter) {
   switch (fighter->punch_phase) {

@@ -30,7 +30,7 @@ struct peer_list : testing::Test {
 
 }  // namespace
 
-TEST(token_list, reads_tokens_as_numbers) {
+TEST(token_list, reads_tokens_as_numbers_and_stops_at_a_lie) {
   const char *text = "2 -5 2 +7 3 12x 3 +-5 10 2147483648 12 -99999999999 20 00000000000000000012";
   list_node *tokens = nullptr;
   extract_tokens_from_transmission(text, 0, &tokens);
@@ -41,6 +41,10 @@ TEST(token_list, reads_tokens_as_numbers) {
   }
   EXPECT_FALSE(get_int_token_by_number(&value, 8, tokens));
   delete_token_list(&tokens);
+  for (const std::string &lie : {std::string("4 abc"), std::string("-1 y"), "501 " + std::string(501, 'm')}) {
+    EXPECT_EQ(extract_tokens_from_transmission(("1 x " + lie).c_str(), 0, &tokens), 0) << lie;
+    delete_token_list(&tokens);
+  }
 }
 
 TEST(message_reader, refuses_what_no_match_makes) {
